@@ -1,0 +1,76 @@
+#pragma once
+// One live plug of a node: its value, its dirt, its wires, its children or elements.
+
+#include "host/graph/attribute.h"
+
+#include <memory>
+#include <vector>
+
+namespace vesk::graph {
+
+class Node;
+
+/// Cells are made when first touched; a cell that does not exist yet reads as its attribute's default.
+/// For a compound, `children` stand by position (null until touched); for a multi they are its elements, ascending
+/// by logical index. Numbers are kept in `number`, everything else in `data` (null: no data).
+class Cell {
+  public:
+    Cell(Node& owner, const Attribute& attribute, Cell* parentCell, int logicalIndex);
+    ~Cell();
+    Cell(const Cell&) = delete;
+    Cell& operator=(const Cell&) = delete;
+
+    Node& node;
+    const Attribute& attr;
+    Cell* const parent;
+    const int logicalIndex; ///< -1 unless this is an element of a multi
+
+    double number;
+    Ref<Data> data;
+    Cell* source = nullptr;           ///< what this is fed by
+    std::vector<Cell*> destinations;  ///< what this feeds, in order of connection
+    std::vector<std::unique_ptr<Cell>> children;
+
+    bool dirty = false;
+    bool computing = false;
+    bool isSet = false;   ///< a value was stored here; else it shows the default
+    bool locked = false;
+    std::int8_t keyable = -1, channelBox = -1; ///< per-plug override of the attribute's flag; -1: none
+
+    bool isElement() const { return logicalIndex >= 0; }
+    /// The whole of a multi, not one of its elements.
+    bool isArray() const { return attr.array && !isElement(); }
+    bool isCompound() const { return !isArray() && attr.isCompound(); }
+    bool isLeaf() const { return !isArray() && !isCompound(); }
+
+    /// Child of a compound, made when missing.
+    Cell& child(int position);
+    Cell& child(const Attribute& attribute);
+    Cell* childIfThere(int position) const;
+    /// Element of a multi, made when missing.
+    Cell& element(int index);
+    Cell* elementIfThere(int index) const;
+    /// Takes an element out; its wires must be gone.
+    void removeElement(int index);
+    /// Elements that are connected or hold a value, themselves or in a child.
+    std::vector<int> existingIndices() const;
+    bool isInUse() const;
+
+    /// Connected itself, or through a child or element, on the given side.
+    bool hasWiresBelow(bool asDestination) const;
+    /// This cell's incoming wire, or the one of the nearest ancestor that has one.
+    const Cell* feedingAncestor() const;
+
+    /// Calls `visit` for this cell and all existing cells below it.
+    template <class F>
+    void walk(F&& visit) {
+        visit(*this);
+        for (auto& below : children) {
+            if (below) below->walk(visit);
+        }
+    }
+
+    void resetToDefault();
+};
+
+} // namespace vesk::graph
