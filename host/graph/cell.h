@@ -31,8 +31,10 @@ class Cell {
     std::vector<Cell*> destinations;  ///< what this feeds, in order of connection
     std::vector<std::unique_ptr<Cell>> children;
 
+    /// On a compound or multi: everything below is dirty. Clear: something below may still be.
     bool dirty = false;
     bool computing = false;
+    bool fresh = false;   ///< set by its node since it got dirty; the node itself may read it back
     bool isSet = false;   ///< a value was stored here; else it shows the default
     bool locked = false;
     std::int8_t keyable = -1, channelBox = -1; ///< per-plug override of the attribute's flag; -1: none

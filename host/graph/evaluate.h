@@ -43,6 +43,8 @@ void putData(Cell& cell, Ref<Data> value, bool nowClean = true);
 /// Deep copy of values from a cell of the same shape: compounds by position, multis by logical index.
 void copyCell(Cell& to, Cell& from);
 void markClean(Cell& cell);
+/// The multi gets exactly these elements (ascending, made for it). Elements that wires hang on stay, at their default.
+void replaceElements(Cell& array, std::vector<std::unique_ptr<Cell>> elements);
 
 /// Dirt for all that depends on this cell; not for the cell itself.
 void spreadDirt(Cell& cell);

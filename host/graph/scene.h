@@ -85,11 +85,15 @@ class Scene {
     void insertName(Node& node);
     void eraseName(Node& node);
     void removeOne(Node& node);
+    void closeHoles();
+    long lowestFree(const std::string& stem) const;
 
     TypeRegistry& types_;
     std::vector<Ref<Node>> nodes_; ///< holes where nodes were removed
     std::size_t alive_ = 0;
     std::unordered_map<std::string, std::vector<Node*>> byName_;
+    /// By the front of a numbered name: every number below this one is taken.
+    mutable std::unordered_map<std::string, long> lowestFree_;
     std::unique_ptr<NodeType> worldType_;
     Ref<DagNode> world_;
     double fps_ = 24;
