@@ -17,7 +17,8 @@ struct SelectionItem {
     Ref<Object> component;///< null unless components were named
 
     bool sameThing(const SelectionItem& other) const;
-    std::string text() const;
+    /// Names as commands take them; components may need several.
+    std::vector<std::string> texts() const;
 };
 
 class Selection {
