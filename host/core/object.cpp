@@ -97,6 +97,7 @@ constexpr Kind kinds[] = {
     // components
     KIND(kComponent, kBase),
     KIND(kCurveCVComponent, kComponent),
+    KIND(kCurveEPComponent, kComponent),
     KIND(kSurfaceCVComponent, kComponent),
     KIND(kLatticeComponent, kComponent),
     KIND(kMeshEdgeComponent, kComponent),

@@ -87,6 +87,7 @@ class MFn {
         // components
         kComponent = 523,
         kCurveCVComponent = 524,
+        kCurveEPComponent = 525,
         kSurfaceCVComponent = 530,
         kLatticeComponent = 534,
         kMeshEdgeComponent = 539,
