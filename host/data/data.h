@@ -9,9 +9,9 @@ namespace vesk {
 
 /// A data object: a thin wrapper around values that copies share until one of them writes.
 ///
-/// A *fresh* object (just created, held by nobody but its maker) is placed in a plug as it is, so that its maker
-/// can go on filling it. Setting an object that a plug already holds places a `clone` of it: the values are shared,
-/// the identity is not, so a write through one plug's object never shows in the other.
+/// A *fresh* object (just created, held by nobody but its maker) is placed in a plug as it is, so that its
+/// maker can go on filling it. Setting an object that a plug already holds places a `clone` of it: the values
+/// are shared, the identity is not, so a write through one plug's object never shows in the other.
 class Data : public Object {
   public:
     virtual MFnData::Type dataType() const = 0;

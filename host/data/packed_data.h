@@ -9,8 +9,8 @@
 
 namespace vesk {
 
-/// Elements of `stride` numbers each, element 0 first. Missing elements read as zero. Shared by clones, so whoever
-/// writes asks `write()` first.
+/// Elements of `stride` numbers each, element 0 first. Missing elements read as zero. Shared by clones, so
+/// whoever writes asks `write()` first.
 template <class T>
 class PackedData : public Data {
   public:

@@ -1,7 +1,6 @@
 #include "host/graph/attribute.h"
 
-#include "host/data/matrix_data.h"
-#include "host/data/string_data.h"
+#include "host/data/value_data.h"
 
 #include <charconv>
 #include <cmath>
@@ -20,15 +19,15 @@ struct TupleRow {
     const char* name;
 };
 constexpr TupleRow kTuples[] = {
-    {Num::k2Short, Num::kShort, 2, MFn::kAttribute2Short, "short2"},
-    {Num::k3Short, Num::kShort, 3, MFn::kAttribute3Short, "short3"},
+    {Num::k2Short, Num::kShort, 2, MFn::kNumericAttribute, "short2"},
+    {Num::k3Short, Num::kShort, 3, MFn::kNumericAttribute, "short3"},
     {Num::k2Int, Num::kInt, 2, MFn::kAttribute2Int, "long2"},
     {Num::k3Int, Num::kInt, 3, MFn::kAttribute3Int, "long3"},
     {Num::k2Float, Num::kFloat, 2, MFn::kAttribute2Float, "float2"},
     {Num::k3Float, Num::kFloat, 3, MFn::kAttribute3Float, "float3"},
     {Num::k2Double, Num::kDouble, 2, MFn::kAttribute2Double, "double2"},
     {Num::k3Double, Num::kDouble, 3, MFn::kAttribute3Double, "double3"},
-    {Num::k4Double, Num::kDouble, 4, MFn::kAttribute4Double, "double4"},
+    {Num::k4Double, Num::kDouble, 4, MFn::kNumericAttribute, "double4"},
 };
 
 const TupleRow* tupleRow(Num::Type type) {
@@ -109,7 +108,8 @@ bool Attribute::isInteger() const {
 
 int Attribute::multiDepth() const {
     int depth = 0;
-    for (const Attribute* at = this; at; at = at->parent) depth += at->array ? 1 : 0;
+    for (const Attribute* at = this; at; at = at->parent)
+        depth += at->array ? 1 : 0;
     return depth;
 }
 
@@ -237,10 +237,12 @@ AttrRef unit(std::string longName, std::string shortName, UnitKind kind, double 
     return attribute;
 }
 
-AttrRef enumeration(std::string longName, std::string shortName, std::vector<std::string> fields, short value) {
+AttrRef enumeration(std::string longName, std::string shortName, std::vector<std::string> fields,
+                    short value) {
     auto attribute = make(AttrKind::Enum, std::move(longName), std::move(shortName));
     short next = 0;
-    for (auto& field : fields) attribute->fields.push_back({std::move(field), next++});
+    for (auto& field : fields)
+        attribute->fields.push_back({std::move(field), next++});
     attribute->defaultNumber = value;
     return attribute;
 }
@@ -253,7 +255,7 @@ AttrRef typed(std::string longName, std::string shortName, MFnData::Type type) {
 
 AttrRef text(std::string longName, std::string shortName, std::string value) {
     auto attribute = typed(std::move(longName), std::move(shortName), MFnData::kString);
-    if (!value.empty()) attribute->defaultData = makeRef<StringData>(std::move(value));
+    if (!value.empty()) attribute->defaultData = makeRef<StringData>(MString(value.c_str()));
     return attribute;
 }
 
@@ -289,8 +291,9 @@ AttrRef tuple(std::string longName, std::string shortName, Num::Type type, std::
         for (char& letter : shortSuffix) {
             if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
         }
-        auto child = unitKind == UnitKind::None ? number(longName + suffix, shortName + shortSuffix, leaf, value)
-                                                : unit(longName + suffix, shortName + shortSuffix, unitKind, value);
+        auto child = unitKind == UnitKind::None
+                         ? number(longName + suffix, shortName + shortSuffix, leaf, value)
+                         : unit(longName + suffix, shortName + shortSuffix, unitKind, value);
         child->parent = attribute.get();
         attribute->children.push_back(std::move(child));
     }
@@ -304,7 +307,8 @@ AttrRef fileData(std::string longName, std::string shortName, std::string fileTy
 }
 
 AttrRef color(std::string longName, std::string shortName, double red, double green, double blue) {
-    auto attribute = tuple(std::move(longName), std::move(shortName), Num::k3Float, {"R", "G", "B"})->asColor();
+    auto attribute =
+        tuple(std::move(longName), std::move(shortName), Num::k3Float, {"R", "G", "B"})->asColor();
     attribute->children[0]->defaultNumber = red;
     attribute->children[1]->defaultNumber = green;
     attribute->children[2]->defaultNumber = blue;
@@ -315,7 +319,8 @@ AttrRef rampAttribute(std::string longName, std::string shortName, RampKind kind
     auto position = number(longName + "_Position", shortName + "p", Num::kFloat);
     auto value = kind == RampKind::Color ? color(longName + "_Color", shortName + "c")
                                          : number(longName + "_FloatValue", shortName + "fv", Num::kFloat);
-    auto interpolation = enumeration(longName + "_Interp", shortName + "i", {"None", "Linear", "Smooth", "Spline"});
+    auto interpolation =
+        enumeration(longName + "_Interp", shortName + "i", {"None", "Linear", "Smooth", "Spline"});
     auto attribute = compound(std::move(longName), std::move(shortName), {position, value, interpolation});
     attribute->ramp = kind;
     attribute->array = true;

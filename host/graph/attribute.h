@@ -33,13 +33,14 @@ class Attribute : public Object {
     std::string longName;
     std::string shortName;
     AttrKind kind = AttrKind::Numeric;
-    MFnNumericData::Type numericType = MFnNumericData::kInvalid; ///< Numeric; also pairs and triples with children
+    MFnNumericData::Type numericType =
+        MFnNumericData::kInvalid; ///< Numeric; also pairs and triples with children
     UnitKind unit = UnitKind::None;
-    MFnData::Type dataType = MFnData::kInvalid;      ///< Typed
-    std::vector<MFnData::Type> acceptedData;         ///< Generic
+    MFnData::Type dataType = MFnData::kInvalid; ///< Typed
+    std::vector<MFnData::Type> acceptedData;    ///< Generic
     std::vector<MFnNumericData::Type> acceptedNumbers;
-    std::vector<EnumField> fields;                   ///< Enum
-    bool isFloatMatrix = false;                      ///< Matrix
+    std::vector<EnumField> fields; ///< Enum
+    bool isFloatMatrix = false;    ///< Matrix
     RampKind ramp = RampKind::None;
     /// A storage type of scene files that has no number in the API (`polyFaces`, `dataPolyComponent` ...).
     std::string fileType;
@@ -95,7 +96,9 @@ class Attribute : public Object {
     Ref<Attribute> notStorable() { return storable = false, self(); }
     Ref<Attribute> notConnectable() { return connectable = false, self(); }
     Ref<Attribute> output() { return writable = false, storable = false, self(); }
-    Ref<Attribute> multi(bool builder = false) { return array = true, usesArrayDataBuilder = builder, self(); }
+    Ref<Attribute> multi(bool builder = false) {
+        return array = true, usesArrayDataBuilder = builder, self();
+    }
     Ref<Attribute> indexFree() { return indexMatters = false, self(); }
     Ref<Attribute> asKeyable() { return keyable = true, self(); }
     Ref<Attribute> asHidden() { return hidden = true, self(); }

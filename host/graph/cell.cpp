@@ -47,8 +47,9 @@ namespace {
 auto elementPlace(const std::vector<std::unique_ptr<Cell>>& elements, int index) {
     // Elements mostly arrive in ascending order.
     if (elements.empty() || elements.back()->logicalIndex < index) return elements.end();
-    return std::lower_bound(elements.begin(), elements.end(), index,
-                            [](const std::unique_ptr<Cell>& one, int wanted) { return one->logicalIndex < wanted; });
+    return std::lower_bound(
+        elements.begin(), elements.end(), index,
+        [](const std::unique_ptr<Cell>& one, int wanted) { return one->logicalIndex < wanted; });
 }
 
 } // namespace

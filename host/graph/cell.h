@@ -11,8 +11,8 @@ namespace vesk::graph {
 class Node;
 
 /// Cells are made when first touched; a cell that does not exist yet reads as its attribute's default.
-/// For a compound, `children` stand by position (null until touched); for a multi they are its elements, ascending
-/// by logical index. Numbers are kept in `number`, everything else in `data` (null: no data).
+/// For a compound, `children` stand by position (null until touched); for a multi they are its elements,
+/// ascending by logical index. Numbers are kept in `number`, everything else in `data` (null: no data).
 class Cell {
   public:
     Cell(Node& owner, const Attribute& attribute, Cell* parentCell, int logicalIndex);
@@ -27,15 +27,15 @@ class Cell {
 
     double number;
     Ref<Data> data;
-    Cell* source = nullptr;           ///< what this is fed by
-    std::vector<Cell*> destinations;  ///< what this feeds, in order of connection
+    Cell* source = nullptr;          ///< what this is fed by
+    std::vector<Cell*> destinations; ///< what this feeds, in order of connection
     std::vector<std::unique_ptr<Cell>> children;
 
     /// On a compound or multi: everything below is dirty. Clear: something below may still be.
     bool dirty = false;
     bool computing = false;
-    bool fresh = false;   ///< set by its node since it got dirty; the node itself may read it back
-    bool isSet = false;   ///< a value was stored here; else it shows the default
+    bool fresh = false; ///< set by its node since it got dirty; the node itself may read it back
+    bool isSet = false; ///< a value was stored here; else it shows the default
     bool locked = false;
     std::int8_t keyable = -1, channelBox = -1; ///< per-plug override of the attribute's flag; -1: none
 

@@ -1,6 +1,6 @@
 #include "host/graph/dag.h"
 
-#include "host/data/matrix_data.h"
+#include "host/data/value_data.h"
 #include "host/graph/evaluate.h"
 #include "host/graph/scene.h"
 
@@ -21,9 +21,9 @@ const DagAttributes& dagAttributes() {
         a.intermediateObject = boolean("intermediateObject", "io");
         a.objectGroupId = integer("objectGroupId", "gid");
         a.objectGrpCompList = typed("objectGrpCompList", "gcl", MFnData::kComponentList);
-        a.objectGroups = compound("objectGroups", "og",
-                                  {a.objectGroupId, a.objectGrpCompList,
-                                   number("objectGrpColor", "gco", MFnNumericData::kShort)});
+        a.objectGroups = compound(
+            "objectGroups", "og",
+            {a.objectGroupId, a.objectGrpCompList, number("objectGrpColor", "gco", MFnNumericData::kShort)});
         a.objectGroups->array = true;
         a.instObjGroups = compound("instObjGroups", "iog", {a.objectGroups});
         a.instObjGroups->array = true;
@@ -63,7 +63,8 @@ MMatrix pullMatrix(Cell& cell) {
     return data ? data->matrix() : MMatrix();
 }
 
-/// Makes the world matrices above a path's end valid from the top down, so that deep hierarchies don't recurse.
+/// Makes the world matrices above a path's end valid from the top down, so that deep hierarchies don't
+/// recurse.
 void cleanAbove(const DagPath& path) {
     const auto& world = *dagAttributes().worldMatrix;
     std::size_t first = path.nodes.size() - 1;
@@ -71,8 +72,10 @@ void cleanAbove(const DagPath& path) {
         const DagPath upTo{{path.nodes.begin(), path.nodes.begin() + static_cast<std::ptrdiff_t>(i) + 1}};
         return path.nodes[i]->cell(world).element(upTo.instanceNumber());
     };
-    while (first > 0 && cellOf(first - 1).dirty) --first;
-    for (; first + 1 < path.nodes.size(); ++first) clean(cellOf(first));
+    while (first > 0 && cellOf(first - 1).dirty)
+        --first;
+    for (; first + 1 < path.nodes.size(); ++first)
+        clean(cellOf(first));
 }
 
 MMatrix parentMatrixOf(const DagPath& path) {
@@ -110,7 +113,8 @@ ComputeResult DagNode::compute(Cell& requested) {
     return ComputeResult::NotMine;
 }
 
-// --- paths -----------------------------------------------------------------------------------------------------------
+// --- paths
+// -----------------------------------------------------------------------------------------------------------
 
 bool DagPath::isValid() const {
     if (nodes.empty()) return false;
@@ -125,7 +129,8 @@ bool DagPath::isValid() const {
 
 std::string DagPath::fullName() const {
     std::string name;
-    for (const auto& node : nodes) name += '|' + node->name();
+    for (const auto& node : nodes)
+        name += '|' + node->name();
     return name;
 }
 
@@ -135,7 +140,8 @@ namespace {
 bool sharesTail(const DagPath& path, const DagPath& candidate, std::size_t count) {
     if (candidate.nodes.size() < count) return false;
     for (std::size_t i = 1; i <= count; ++i) {
-        if (path.nodes[path.nodes.size() - i]->name() != candidate.nodes[candidate.nodes.size() - i]->name()) {
+        if (path.nodes[path.nodes.size() - i]->name() !=
+            candidate.nodes[candidate.nodes.size() - i]->name()) {
             return false;
         }
     }
@@ -154,12 +160,14 @@ std::string DagPath::partialName() const {
         }
     }
     std::size_t count = 1;
-    while (count < nodes.size() &&
-           std::any_of(others.begin(), others.end(), [&](const DagPath& one) { return sharesTail(*this, one, count); })) {
+    while (count < nodes.size() && std::any_of(others.begin(), others.end(), [&](const DagPath& one) {
+               return sharesTail(*this, one, count);
+           })) {
         ++count;
     }
-    if (count == nodes.size() &&
-        std::any_of(others.begin(), others.end(), [&](const DagPath& one) { return sharesTail(*this, one, count); })) {
+    if (count == nodes.size() && std::any_of(others.begin(), others.end(), [&](const DagPath& one) {
+            return sharesTail(*this, one, count);
+        })) {
         return fullName();
     }
     std::string name;
@@ -182,7 +190,8 @@ MMatrix DagPath::exclusiveMatrix() const {
 
 int DagPath::instanceNumber() const {
     if (nodes.empty()) return 0;
-    const bool alone = std::all_of(nodes.begin(), nodes.end(), [](const auto& one) { return one->parents().size() < 2; });
+    const bool alone =
+        std::all_of(nodes.begin(), nodes.end(), [](const auto& one) { return one->parents().size() < 2; });
     if (alone) return 0;
     const auto paths = allPaths(*node());
     const auto at = std::find(paths.begin(), paths.end(), *this);

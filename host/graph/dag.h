@@ -25,7 +25,8 @@ class DagNode : public Node {
 
     /// Local matrix, row vectors; identity for shapes. Pulls the attributes that it is made of.
     virtual MMatrix localMatrix() { return MMatrix(); }
-    /// Serves `matrix`, `worldMatrix[]`, `parentMatrix[]` and their inverses; other plugs are the derived type's.
+    /// Serves `matrix`, `worldMatrix[]`, `parentMatrix[]` and their inverses; other plugs are the derived
+    /// type's.
     ComputeResult compute(Cell& requested) override;
 
     bool isBelow(const DagNode& ancestor) const;

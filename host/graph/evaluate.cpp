@@ -7,21 +7,6 @@
 
 namespace vesk::graph {
 
-// --- the journal of other contexts -----------------------------------------------------------------------------------
-
-struct Scene::Saved {
-    Ref<Node> node;
-    Cell* cell;
-    double number;
-    Ref<Data> data;
-    bool dirty, isSet, fresh;
-};
-
-std::vector<Scene::Saved>& Scene::journal() {
-    if (!journal_) journal_ = std::make_unique<std::vector<Saved>>();
-    return *journal_;
-}
-
 namespace {
 
 Scene* sceneOf(const Cell& cell) { return cell.node.scene(); }
@@ -30,7 +15,7 @@ Scene* sceneOf(const Cell& cell) { return cell.node.scene(); }
 void touch(Cell& cell) {
     Scene* scene = sceneOf(cell);
     if (!scene || !scene->preserving) return;
-    scene->journal().push_back(
+    scene->journal.push_back(
         {Ref<Node>(&cell.node), &cell, cell.number, cell.data, cell.dirty, cell.isSet, cell.fresh});
 }
 
@@ -53,8 +38,9 @@ Cell* mirrored(const Cell& cell, const Cell& top, Cell& source) {
     if (!up) return nullptr;
     if (cell.isElement()) return up->isArray() ? &up->element(cell.logicalIndex) : nullptr;
     const int position = cell.attr.positionInParent();
-    return up->isCompound() && static_cast<std::size_t>(position) < up->attr.children.size() ? &up->child(position)
-                                                                                            : nullptr;
+    return up->isCompound() && static_cast<std::size_t>(position) < up->attr.children.size()
+               ? &up->child(position)
+               : nullptr;
 }
 
 /// What feeds the cell, through its own wire or an ancestor's.
@@ -81,7 +67,8 @@ void takeValue(Cell& cell, const Cell& from) {
     }
 }
 
-// --- computing -------------------------------------------------------------------------------------------------------
+// --- computing
+// -------------------------------------------------------------------------------------------------------
 
 /// Times a compute and takes the time of computes inside it out of its own.
 class Stopwatch {
@@ -126,8 +113,8 @@ void compute(Cell& cell) {
     --scene.pullDepth;
     --node->computing;
     cell.computing = false;
-    // The requested plug is clean now, whatever the node said. Its children too if the node did the work; one that
-    // does not know the whole is asked for each child.
+    // The requested plug is clean now, whatever the node said. Its children too if the node did the work; one
+    // that does not know the whole is asked for each child.
     if (result == ComputeResult::Done && !cell.isLeaf()) {
         cell.walk([](Cell& one) { setClean(one); });
     }
@@ -141,8 +128,8 @@ bool influences(const Cell& input, const Attribute& output) {
     });
 }
 
-/// Computes what stands upstream of an output, sources first, without native recursion. What a compute would not
-/// have asked for is computed too: this is the way of very long chains only.
+/// Computes what stands upstream of an output, sources first, without native recursion. What a compute would
+/// not have asked for is computed too: this is the way of very long chains only.
 void computeUpstream(Cell& output) {
     struct Frame {
         Cell* output;
@@ -185,7 +172,8 @@ void computeUpstream(Cell& output) {
     }
 }
 
-/// Cleans a leaf that is fed by a wire. Inputs may feed inputs: such a run is walked without native recursion.
+/// Cleans a leaf that is fed by a wire. Inputs may feed inputs: such a run is walked without native
+/// recursion.
 void pullThroughWires(Cell& cell, Cell& source) {
     const auto passesOn = [](Cell& from) {
         return from.dirty && from.isLeaf() && from.node.nodeState() != kBlocking && feeding(from);
@@ -218,12 +206,14 @@ void pullThroughWires(Cell& cell, Cell& source) {
 void cleanArray(Cell& array) {
     if (Cell* from = feeding(array)) {
         if (from->node.nodeState() != kBlocking) clean(*from);
-        for (auto& element : from->children) (void)array.element(element->logicalIndex);
-    } else if (array.dirty && array.children.empty() && array.node.isComputed(array.attr) && !array.computing &&
-               !(array.fresh && array.node.computing)) {
+        for (auto& element : from->children)
+            (void)array.element(element->logicalIndex);
+    } else if (array.dirty && array.children.empty() && array.node.isComputed(array.attr) &&
+               !array.computing && !(array.fresh && array.node.computing)) {
         compute(array);
     }
-    for (std::size_t i = 0; i < array.children.size(); ++i) clean(*array.children[i]);
+    for (std::size_t i = 0; i < array.children.size(); ++i)
+        clean(*array.children[i]);
     setClean(array);
 }
 
@@ -237,7 +227,8 @@ void clean(Cell& cell) {
             compute(cell);
         }
         const int count = static_cast<int>(cell.attr.children.size());
-        for (int i = 0; i < count; ++i) clean(cell.child(i));
+        for (int i = 0; i < count; ++i)
+            clean(cell.child(i));
         setClean(cell);
         return;
     }
@@ -279,7 +270,8 @@ std::vector<double> pullNumbers(Cell& compound) {
     return numbers;
 }
 
-// --- dirt ------------------------------------------------------------------------------------------------------------
+// --- dirt
+// ------------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -310,10 +302,13 @@ class Spread {
   private:
     void dependantsOf(Cell& cell) {
         Node& node = cell.node;
-        for (Attribute* out : node.affectedBy(cell.attr)) markOutputs(node, *out);
-        for (Cell* to : cell.destinations) mark(*to);
+        for (Attribute* out : node.affectedBy(cell.attr))
+            markOutputs(node, *out);
+        for (Cell* to : cell.destinations)
+            mark(*to);
         for (Cell* up = cell.parent; up; up = up->parent) {
-            for (Cell* to : up->destinations) mark(*to);
+            for (Cell* to : up->destinations)
+                mark(*to);
         }
         if (node.type().isDag && &cell.attr == dagAttributes().worldMatrix.get()) {
             for (DagNode* child : static_cast<DagNode&>(node).children()) {
@@ -323,13 +318,15 @@ class Spread {
         if (!node.wantsDependents()) return;
         std::vector<Cell*> more;
         node.dependents(cell, more);
-        for (Cell* one : more) mark(*one);
+        for (Cell* one : more)
+            mark(*one);
     }
 
     void markOutputs(Node& node, const Attribute& out) {
         if (Cell* there = node.cellIfThere(out)) return mark(*there);
         const Attribute* top = &out;
-        while (top->parent) top = top->parent;
+        while (top->parent)
+            top = top->parent;
         if (top == &out) return;
         Cell* above = node.cellIfThere(*top);
         if (!above) return;
@@ -337,7 +334,8 @@ class Spread {
         above->walk([&](Cell& one) {
             if (&one.attr == &out && !one.isElement()) found.push_back(&one);
         });
-        for (Cell* one : found) mark(*one);
+        for (Cell* one : found)
+            mark(*one);
     }
 
     std::vector<Cell*> stack_;
@@ -353,22 +351,26 @@ void markDirty(Cell& cell) {
     spread.start(cell);
 }
 
-// --- writing ---------------------------------------------------------------------------------------------------------
+// --- writing
+// ---------------------------------------------------------------------------------------------------------
 
 Outcome checkWritable(const Cell& cell) {
     bool locked = false;
-    for (const Cell* at = &cell; at; at = at->parent) locked = locked || at->locked;
+    for (const Cell* at = &cell; at; at = at->parent)
+        locked = locked || at->locked;
     if (locked || cell.feedingAncestor()) {
         return Outcome::fail("The attribute '" + Plug(cell).name() +
                              "' is locked or connected and cannot be modified.");
     }
-    if (!cell.attr.writable) return Outcome::fail("The attribute '" + Plug(cell).name() + "' is not writable.");
+    if (!cell.attr.writable)
+        return Outcome::fail("The attribute '" + Plug(cell).name() + "' is not writable.");
     return {};
 }
 
 namespace {
 
-/// An output that its own node's compute writes through a plug counts as clean, like one set through the data block.
+/// An output that its own node's compute writes through a plug counts as clean, like one set through the data
+/// block.
 bool isOwnOutput(const Cell& cell) { return cell.node.computing > 0 && cell.node.isComputed(cell.attr); }
 
 void stored(Cell& cell) {
@@ -438,7 +440,8 @@ void markClean(Cell& cell) {
 void copyCell(Cell& to, Cell& from) {
     clean(from);
     if (to.isArray() && from.isArray()) {
-        for (auto& element : from.children) copyCell(to.element(element->logicalIndex), *element);
+        for (auto& element : from.children)
+            copyCell(to.element(element->logicalIndex), *element);
     } else if (to.isCompound() && from.isCompound()) {
         const auto count = std::min(to.attr.children.size(), from.attr.children.size());
         for (std::size_t i = 0; i < count; ++i) {
@@ -490,15 +493,16 @@ void replaceElements(Cell& array, std::vector<std::unique_ptr<Cell>> elements) {
     array.fresh = true;
 }
 
-// --- other times -----------------------------------------------------------------------------------------------------
+// --- other times
+// -----------------------------------------------------------------------------------------------------
 
 Preserve::Preserve(Scene& scene)
-    : scene_(scene), start_(scene.journal().size()), outermost_(!scene.preserving) {
+    : scene_(scene), start_(scene.journal.size()), outermost_(!scene.preserving) {
     scene_.preserving = true;
 }
 
 Preserve::~Preserve() {
-    auto& journal = scene_.journal();
+    auto& journal = scene_.journal;
     while (journal.size() > start_) {
         auto& saved = journal.back();
         if (saved.node->isAlive()) {

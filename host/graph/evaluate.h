@@ -13,7 +13,8 @@ namespace vesk::graph {
 /// Native recursion allowed while pulling; longer chains are cleaned from an explicit stack first.
 inline constexpr int kMaxPullDepth = 64;
 
-// --- reading: cleans what is dirty -----------------------------------------------------------------------------------
+// --- reading: cleans what is dirty
+// -----------------------------------------------------------------------------------
 
 /// Makes the cell's value valid (its children's and elements' too): pulls what feeds it, or computes it.
 void clean(Cell& cell);
@@ -28,9 +29,11 @@ Ref<T> pullAs(Cell& cell) {
 /// Numbers of a compound or tuple, in order.
 std::vector<double> pullNumbers(Cell& compound);
 
-// --- writing: dirties what depends on it -----------------------------------------------------------------------------
+// --- writing: dirties what depends on it
+// -----------------------------------------------------------------------------
 
-/// Values set from outside (commands, files, API plugs). Refuse what is locked, fed by a wire or not writable.
+/// Values set from outside (commands, files, API plugs). Refuse what is locked, fed by a wire or not
+/// writable.
 Outcome storeNumber(Cell& cell, double value);
 Outcome storeData(Cell& cell, Ref<Data> value);
 /// Whether a value may be stored, with the host's sentence if not.
@@ -43,7 +46,8 @@ void putData(Cell& cell, Ref<Data> value, bool nowClean = true);
 /// Deep copy of values from a cell of the same shape: compounds by position, multis by logical index.
 void copyCell(Cell& to, Cell& from);
 void markClean(Cell& cell);
-/// The multi gets exactly these elements (ascending, made for it). Elements that wires hang on stay, at their default.
+/// The multi gets exactly these elements (ascending, made for it). Elements that wires hang on stay, at their
+/// default.
 void replaceElements(Cell& array, std::vector<std::unique_ptr<Cell>> elements);
 
 /// Dirt for all that depends on this cell; not for the cell itself.
@@ -51,7 +55,8 @@ void spreadDirt(Cell& cell);
 /// Dirt for the cell and all that depends on it.
 void markDirty(Cell& cell);
 
-// --- wires -----------------------------------------------------------------------------------------------------------
+// --- wires
+// -----------------------------------------------------------------------------------------------------------
 
 /// Whether a wire is possible: flags and types. The message names both plugs.
 Outcome checkConnectable(const Cell& source, const Cell& destination);
@@ -61,7 +66,8 @@ Outcome disconnect(Cell& source, Cell& destination);
 /// Cuts every wire at the cell and below it.
 void disconnectAll(Cell& cell);
 
-// --- other times -----------------------------------------------------------------------------------------------------
+// --- other times
+// -----------------------------------------------------------------------------------------------------
 
 /// While alive, every change of a cell's value or dirt is undone at the end: evaluation in another context.
 class Preserve {
@@ -77,11 +83,12 @@ class Preserve {
     bool outermost_;
 };
 
-// --- figures ---------------------------------------------------------------------------------------------------------
+// --- figures
+// ---------------------------------------------------------------------------------------------------------
 
 struct Cost {
     std::size_t computes = 0;
-    std::chrono::nanoseconds own{0};   ///< without the time of nodes pulled from inside
+    std::chrono::nanoseconds own{0}; ///< without the time of nodes pulled from inside
     std::chrono::nanoseconds total{0};
 };
 

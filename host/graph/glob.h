@@ -21,7 +21,8 @@ inline bool globMatches(std::string_view pattern, std::string_view text) {
             return false;
         }
     }
-    while (p < pattern.size() && pattern[p] == '*') ++p;
+    while (p < pattern.size() && pattern[p] == '*')
+        ++p;
     return p == pattern.size();
 }
 

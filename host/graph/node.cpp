@@ -15,9 +15,7 @@ Node::~Node() {
     tops_.clear();
 }
 
-int Node::attributeCount() const {
-    return static_cast<int>(type_->attributes().size() + dynamic_.size());
-}
+int Node::attributeCount() const { return static_cast<int>(type_->attributes().size() + dynamic_.size()); }
 
 Attribute* Node::attributeAt(int index) const {
     const auto at = static_cast<std::size_t>(index);
@@ -44,19 +42,22 @@ Outcome Node::addDynamicAttribute(const AttrRef& attribute) {
     std::string clash;
     const auto check = [&](const auto& self, const Attribute& one) -> void {
         if (findAttribute(one.longName)) clash = one.longName;
-        for (const auto& child : one.children) self(self, *child);
+        for (const auto& child : one.children)
+            self(self, *child);
     };
     check(check, *attribute);
     if (!clash.empty()) {
         return Outcome::fail("Found an existing attribute '" + clash + "' on node '" + uniqueName() + "'.");
     }
     int next = static_cast<int>(type_->attributes().size());
-    for (const auto& present : dynamic_) next = std::max(next, present->index + 1);
+    for (const auto& present : dynamic_)
+        next = std::max(next, present->index + 1);
     const auto adopt = [&](const auto& self, const AttrRef& one) -> void {
         one->index = next++;
         one->dynamic = true;
         dynamic_.push_back(one);
-        for (const auto& child : one->children) self(self, child);
+        for (const auto& child : one->children)
+            self(self, child);
     };
     adopt(adopt, attribute);
     return {};
@@ -69,7 +70,9 @@ Outcome Node::removeDynamicAttribute(Attribute& attribute) {
     }
     if (Cell* top = cellIfThere(attribute)) disconnectAll(*top);
     const AttrRef keep(&attribute);
-    std::erase_if(aliases, [&](const Alias& one) { return one.attribute == keep || one.attribute->isBelow(attribute); });
+    std::erase_if(aliases, [&](const Alias& one) {
+        return one.attribute == keep || one.attribute->isBelow(attribute);
+    });
     std::erase_if(dynamic_, [&](const AttrRef& one) {
         if (one != keep && !one->isBelow(attribute)) return false;
         const auto at = static_cast<std::size_t>(one->index);

@@ -82,7 +82,7 @@ class Node : public Object {
     short nodeState() const;
     int computing = 0; ///< computes of this node that are under way
     bool isLocked = false;
-    bool isDefault = false;       ///< made by the session (time1, cameras); not deleted, written by `select -ne`
+    bool isDefault = false; ///< made by the session (time1, cameras); not deleted, written by `select -ne`
     bool isReferenced = false;
 
   private:

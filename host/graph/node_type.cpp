@@ -53,7 +53,8 @@ Outcome NodeType::add(const AttrRef& attribute) {
     std::string clash;
     const auto check = [&](const auto& self, const Attribute& one) -> void {
         if (longNames_.contains(one.longName)) clash = one.longName;
-        for (const auto& child : one.children) self(self, *child);
+        for (const auto& child : one.children)
+            self(self, *child);
     };
     check(check, *attribute);
     if (!clash.empty()) {
@@ -73,9 +74,11 @@ void NodeType::adopt(const AttrRef& attribute) {
     attributes_.push_back(attribute);
     influences_.emplace_back();
     longNames_.emplace(attribute->longName, attribute.get());
-    // Two attributes of one node may share a short name: the first keeps it, the other is found by its long one.
+    // Two attributes of one node may share a short name: the first keeps it, the other is found by its long
+    // one.
     if (!attribute->shortName.empty()) shortNames_.emplace(attribute->shortName, attribute.get());
-    for (const auto& child : attribute->children) adopt(child);
+    for (const auto& child : attribute->children)
+        adopt(child);
     closed_ = false;
 }
 
@@ -86,9 +89,11 @@ Outcome NodeType::affects(Attribute* in, Attribute* out) {
                attributes_[static_cast<std::size_t>(attribute->index)].get() == attribute;
     };
     if (!isMine(in) || !isMine(out)) {
-        return Outcome::fail("An influence in node type '" + name_ + "' names an attribute that was not added.");
+        return Outcome::fail("An influence in node type '" + name_ +
+                             "' names an attribute that was not added.");
     }
-    if (out->keyable) return Outcome::fail("Attribute '" + out->longName + "' is keyable and so cannot be affected.");
+    if (out->keyable)
+        return Outcome::fail("Attribute '" + out->longName + "' is keyable and so cannot be affected.");
     auto& list = influences_[static_cast<std::size_t>(in->index)];
     if (std::find(list.begin(), list.end(), out) == list.end()) list.push_back(out);
     closed_ = false;
@@ -97,7 +102,8 @@ Outcome NodeType::affects(Attribute* in, Attribute* out) {
 
 void NodeType::affectsAll(const std::vector<AttrRef>& ins, const std::vector<AttrRef>& outs) {
     for (const auto& in : ins) {
-        for (const auto& out : outs) (void)affects(in.get(), out.get());
+        for (const auto& out : outs)
+            (void)affects(in.get(), out.get());
     }
 }
 
@@ -112,15 +118,18 @@ void NodeType::closeInfluences() const {
     };
     const auto below = [&](const auto& self, std::size_t at, const Attribute& one) -> void {
         include(at, one);
-        for (const auto& child : one.children) self(self, at, *child);
+        for (const auto& child : one.children)
+            self(self, at, *child);
     };
     for (std::size_t i = 0; i < attributes_.size(); ++i) {
-        for (const Attribute* up = attributes_[i]->parent; up; up = up->parent) include(i, *up);
+        for (const Attribute* up = attributes_[i]->parent; up; up = up->parent)
+            include(i, *up);
         below(below, i, *attributes_[i]);
     }
     const auto markBelow = [&](const auto& self, const Attribute& one) -> void {
         computed_[static_cast<std::size_t>(one.index)] = true;
-        for (const auto& child : one.children) self(self, *child);
+        for (const auto& child : one.children)
+            self(self, *child);
     };
     for (const auto& outs : influences_) {
         for (const Attribute* out : outs) {
@@ -149,7 +158,8 @@ Outcome TypeRegistry::add(std::unique_ptr<NodeType> type) {
     }
     if (type->typeId != 0) {
         if (const NodeType* other = findId(type->typeId)) {
-            return Outcome::fail("Node type id of '" + type->name() + "' is taken by '" + other->name() + "'.");
+            return Outcome::fail("Node type id of '" + type->name() + "' is taken by '" + other->name() +
+                                 "'.");
         }
     }
     byName_.emplace(type->name(), type.get());
@@ -183,13 +193,15 @@ NodeType* TypeRegistry::findId(unsigned typeId) const {
 std::vector<const NodeType*> TypeRegistry::all() const {
     std::vector<const NodeType*> list;
     list.reserve(types_.size());
-    for (const auto& type : types_) list.push_back(type.get());
+    for (const auto& type : types_)
+        list.push_back(type.get());
     return list;
 }
 
 void TypeRegistry::clear() {
     byName_.clear();
-    while (!types_.empty()) types_.pop_back(); // derived types stand behind their bases
+    while (!types_.empty())
+        types_.pop_back(); // derived types stand behind their bases
 }
 
 } // namespace vesk::graph

@@ -5,6 +5,7 @@
 #include "host/graph/attribute.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,8 +15,8 @@ namespace vesk::graph {
 
 class Node;
 
-/// A node type and its attributes. A derived type starts with its base's attributes, so an attribute's index is the
-/// same in every type that inherits it.
+/// A node type and its attributes. A derived type starts with its base's attributes, so an attribute's index
+/// is the same in every type that inherits it.
 class NodeType {
   public:
     using Creator = std::function<Ref<Node>(const NodeType&)>;
@@ -32,11 +33,11 @@ class NodeType {
 
     unsigned typeId = 0;
     std::string classification;
-    std::string plugin;           ///< name of the plug-in that registered the type; empty for the host's own
+    std::string plugin; ///< name of the plug-in that registered the type; empty for the host's own
     bool isDag = false;
     bool isShape = false;
-    bool isAbstract = false;      ///< a base that `createNode` refuses
-    bool followsTime = false;     ///< dirtied by every change of the current time
+    bool isAbstract = false;  ///< a base that `createNode` refuses
+    bool followsTime = false; ///< dirtied by every change of the current time
 
     Ref<Node> create() const { return create_(*this); }
 

@@ -25,8 +25,8 @@ bool Plug::operator==(const Plug& other) const {
 
 namespace {
 
-/// Walks from the top attribute down to `plug`'s, choosing elements on the way. `make` decides whether missing
-/// cells come to be.
+/// Walks from the top attribute down to `plug`'s, choosing elements on the way. `make` decides whether
+/// missing cells come to be.
 Cell* reach(const Plug& plug, bool make) {
     if (plug.isNull()) return nullptr;
     Node& node = *plug.node;
@@ -102,7 +102,8 @@ std::string Plug::attributePath() const {
     }
     std::array<const Attribute*, 16> chain{};
     std::size_t length = 0;
-    for (const Attribute* at = attr.get(); at && length < chain.size(); at = at->parent) chain[length++] = at;
+    for (const Attribute* at = attr.get(); at && length < chain.size(); at = at->parent)
+        chain[length++] = at;
     std::string path;
     int level = 0;
     for (std::size_t i = length; i-- > 0;) {
@@ -126,7 +127,8 @@ struct Index {
     int first = -1, last = -1;
 };
 
-/// Reads `[3]`, `[0:4]`, `[*]` or `[]` at the start of `text` and takes it off. False on anything else in brackets.
+/// Reads `[3]`, `[0:4]`, `[*]` or `[]` at the start of `text` and takes it off. False on anything else in
+/// brackets.
 bool takeIndex(std::string_view& text, Index& index) {
     if (text.empty() || text.front() != '[') return true;
     const auto close = text.find(']');
@@ -148,8 +150,8 @@ bool takeIndex(std::string_view& text, Index& index) {
         index.last = index.first;
         return true;
     }
-    return readNumber(inside.substr(0, colon), index.first) && readNumber(inside.substr(colon + 1), index.last) &&
-           index.first >= 0 && index.first <= index.last;
+    return readNumber(inside.substr(0, colon), index.first) &&
+           readNumber(inside.substr(colon + 1), index.last) && index.first >= 0 && index.first <= index.last;
 }
 
 /// `name`'s attribute, as a descendant of `below` where one is given.
@@ -220,7 +222,8 @@ PlugRange findPlug(Node& node, std::string_view path) {
 
 PlugRange findPlug(Scene& scene, std::string_view plugName) {
     const auto dot = plugName.find('.');
-    if (dot == std::string_view::npos) return fault("No attribute was named in '" + std::string(plugName) + "'.");
+    if (dot == std::string_view::npos)
+        return fault("No attribute was named in '" + std::string(plugName) + "'.");
     bool ambiguous = false;
     Node* node = scene.find(plugName.substr(0, dot), &ambiguous);
     if (!node) {

@@ -1,5 +1,6 @@
 #pragma once
-// An address: node, attribute, and an index for each multi on the way. Valid whether or not a cell exists there.
+// An address: node, attribute, and an index for each multi on the way. Valid whether or not a cell exists
+// there.
 
 #include "host/graph/node.h"
 
@@ -17,7 +18,8 @@ struct Plug {
     Ref<Attribute> attr;
     /// Logical indices of the multis from the outside in; -1 stands for "not chosen".
     std::array<int, kMaxMultiDepth> indices{-1, -1, -1, -1};
-    /// How many of them count. For a multi attribute: one less than its depth for the whole, its depth for an element.
+    /// How many of them count. For a multi attribute: one less than its depth for the whole, its depth for an
+    /// element.
     int depth = 0;
 
     Plug() = default;
@@ -45,14 +47,14 @@ struct Plug {
     std::string name() const;
 };
 
-/// What a text such as `node.a[3].b`, `node.a[0:4]`, `node.a[*]` names. Long, short and alias names; children by bare
-/// name or path.
+/// What a text such as `node.a[3].b`, `node.a[0:4]`, `node.a[*]` names. Long, short and alias names; children
+/// by bare name or path.
 struct PlugRange {
-    Plug plug;         ///< for a range: the whole multi
-    int first = -1;    ///< range of elements of `plug`, or -1 when the text names one plug
+    Plug plug;      ///< for a range: the whole multi
+    int first = -1; ///< range of elements of `plug`, or -1 when the text names one plug
     int last = -1;
     std::string childPath; ///< what stood behind the range, such as `x_Position` in `ramp[0:3].x_Position`
-    std::string error; ///< empty when found
+    std::string error;     ///< empty when found
 };
 PlugRange findPlug(Node& node, std::string_view attributePath);
 /// With the node's name in front; names are resolved in the node's scene.

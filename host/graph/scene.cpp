@@ -12,8 +12,8 @@ double framesPerSecond(std::string_view unit) {
         std::string_view name;
         double fps;
     };
-    static constexpr Row kUnits[] = {{"game", 15},      {"film", 24},      {"pal", 25},       {"ntsc", 30},
-                                     {"show", 48},      {"palf", 50},      {"ntscf", 60},     {"sec", 1},
+    static constexpr Row kUnits[] = {{"game", 15},      {"film", 24},         {"pal", 25},       {"ntsc", 30},
+                                     {"show", 48},      {"palf", 50},         {"ntscf", 60},     {"sec", 1},
                                      {"min", 1.0 / 60}, {"hour", 1.0 / 3600}, {"millisec", 1000}};
     for (const auto& row : kUnits) {
         if (row.name == unit) return row.fps;
@@ -46,10 +46,13 @@ void registerBaseTypes(TypeRegistry& types) {
         message("message", "msg"),
         boolean("caching", "cch"),
         number("isHistoricallyInteresting", "ihi", MFnNumericData::kByte, 2),
-        enumeration("nodeState", "nds", {"Normal", "HasNoEffect", "Blocking", "Waiting-Normal", "Waiting-HasNoEffect", "Waiting-Blocking"}),
+        enumeration("nodeState", "nds",
+                    {"Normal", "HasNoEffect", "Blocking", "Waiting-Normal", "Waiting-HasNoEffect",
+                     "Waiting-Blocking"}),
         boolean("frozen", "fzn"),
     };
-    for (const auto& attribute : common) base(attribute);
+    for (const auto& attribute : common)
+        base(attribute);
     const NodeType* nodeType = node.get();
     (void)types.add(std::move(node));
 
@@ -59,8 +62,9 @@ void registerBaseTypes(TypeRegistry& types) {
     dag->isAbstract = true;
     const auto& a = dagAttributes();
     auto& d = *dag;
-    for (const auto& attribute : {a.matrix, a.inverseMatrix, a.worldMatrix, a.worldInverseMatrix, a.parentMatrix,
-                                  a.parentInverseMatrix, a.visibility, a.intermediateObject, a.instObjGroups}) {
+    for (const auto& attribute :
+         {a.matrix, a.inverseMatrix, a.worldMatrix, a.worldInverseMatrix, a.parentMatrix,
+          a.parentInverseMatrix, a.visibility, a.intermediateObject, a.instObjGroups}) {
         d(attribute);
     }
     static const AttrRef display[] = {
@@ -80,7 +84,8 @@ void registerBaseTypes(TypeRegistry& types) {
         compound("renderInfo", "ri",
                  {boolean("identification", "rlid"), boolean("layerRenderable", "rlr", true)}),
     };
-    for (const auto& attribute : display) d(attribute);
+    for (const auto& attribute : display)
+        d(attribute);
     d.affectsAll({a.matrix}, {a.inverseMatrix, a.worldMatrix, a.worldInverseMatrix});
     d.affectsAll({a.parentMatrix}, {a.worldMatrix, a.worldInverseMatrix, a.parentInverseMatrix});
     (void)types.add(std::move(dag));
@@ -107,18 +112,20 @@ Scene::~Scene() {
     world_->scene_ = nullptr;
 }
 
-// --- names -----------------------------------------------------------------------------------------------------------
+// --- names
+// -----------------------------------------------------------------------------------------------------------
 
 namespace {
 
 bool isNameLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == ':' ||
-           static_cast<unsigned char>(c) >= 0x80;
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == ':' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 /// Letters that names cannot hold become underscores; the root name space's colon falls away.
 std::string legalName(std::string_view wish) {
-    while (!wish.empty() && wish.front() == ':') wish.remove_prefix(1);
+    while (!wish.empty() && wish.front() == ':')
+        wish.remove_prefix(1);
     std::string name(wish);
     for (char& c : name) {
         if (!isNameLetter(c) && c != '#') c = '_';
@@ -136,7 +143,8 @@ struct Numbered {
 
 Numbered splitNumber(const std::string& name) {
     std::size_t digits = name.size();
-    while (digits > 0 && name[digits - 1] >= '0' && name[digits - 1] <= '9' && name.size() - digits < 9) --digits;
+    while (digits > 0 && name[digits - 1] >= '0' && name[digits - 1] <= '9' && name.size() - digits < 9)
+        --digits;
     if (digits == name.size()) return {name, 0, false};
     long number = 0;
     std::from_chars(name.data() + digits, name.data() + name.size(), number);
@@ -145,7 +153,8 @@ Numbered splitNumber(const std::string& name) {
 
 } // namespace
 
-std::string Scene::freeName(std::string_view wish, const DagNode* parent, bool isDag, const Node* self) const {
+std::string Scene::freeName(std::string_view wish, const DagNode* parent, bool isDag,
+                            const Node* self) const {
     const DagNode* place = parent ? parent : world_.get();
     const auto isTaken = [&](const std::string& name) {
         for (const Node* other : named(name)) {
@@ -214,7 +223,8 @@ Outcome Scene::rename(Node& node, std::string_view name) {
     }
     const bool isDag = node.type().isDag;
     const DagNode* parent = nullptr;
-    if (isDag && !static_cast<DagNode&>(node).parents_.empty()) parent = static_cast<DagNode&>(node).parents_[0];
+    if (isDag && !static_cast<DagNode&>(node).parents_.empty())
+        parent = static_cast<DagNode&>(node).parents_[0];
     eraseName(node);
     node.name_ = freeName(legal, parent, isDag, &node);
     insertName(node);
@@ -223,7 +233,8 @@ Outcome Scene::rename(Node& node, std::string_view name) {
 
 Node* Scene::find(std::string_view nameOrPath, bool* ambiguous) const {
     if (ambiguous) *ambiguous = false;
-    while (!nameOrPath.empty() && nameOrPath.front() == ':') nameOrPath.remove_prefix(1);
+    while (!nameOrPath.empty() && nameOrPath.front() == ':')
+        nameOrPath.remove_prefix(1);
     const auto bar = nameOrPath.rfind('|');
     const auto& candidates = named(bar == std::string_view::npos ? nameOrPath : nameOrPath.substr(bar + 1));
     if (bar == std::string_view::npos) {
@@ -252,7 +263,8 @@ Node* Scene::find(std::string_view nameOrPath, bool* ambiguous) const {
 }
 
 std::vector<Node*> Scene::match(std::string_view pattern) const {
-    while (!pattern.empty() && pattern.front() == ':') pattern.remove_prefix(1);
+    while (!pattern.empty() && pattern.front() == ':')
+        pattern.remove_prefix(1);
     if (pattern.find_first_of("*?") == std::string_view::npos) {
         if (pattern.find('|') != std::string_view::npos) {
             Node* one = find(pattern);
@@ -276,7 +288,8 @@ std::vector<Node*> Scene::match(std::string_view pattern) const {
     return found;
 }
 
-// --- nodes -----------------------------------------------------------------------------------------------------------
+// --- nodes
+// -----------------------------------------------------------------------------------------------------------
 
 Ref<Node> Scene::create(const NodeType& type, std::string_view name, DagNode* parent) {
     Ref<Node> node = type.create();
@@ -307,7 +320,8 @@ Ref<Node> Scene::create(const NodeType& type, std::string_view name, DagNode* pa
 
 void Scene::closeHoles() {
     std::erase(nodes_, Ref<Node>());
-    for (std::size_t i = 0; i < nodes_.size(); ++i) nodes_[i]->slot_ = i;
+    for (std::size_t i = 0; i < nodes_.size(); ++i)
+        nodes_[i]->slot_ = i;
 }
 
 void Scene::removeOne(Node& node) {
@@ -319,8 +333,10 @@ void Scene::removeOne(Node& node) {
     }
     if (node.type().isDag) {
         auto& dag = static_cast<DagNode&>(node);
-        for (DagNode* parent : dag.parents_) std::erase(parent->children_, &dag);
-        for (DagNode* child : dag.children_) std::erase(child->parents_, &dag);
+        for (DagNode* parent : dag.parents_)
+            std::erase(parent->children_, &dag);
+        for (DagNode* child : dag.children_)
+            std::erase(child->parents_, &dag);
         dag.parents_.clear();
         dag.children_.clear();
     }
@@ -337,9 +353,10 @@ void Scene::remove(Node& node) {
     std::vector<Ref<DagNode>> doomed{Ref<DagNode>(static_cast<DagNode*>(&node))};
     for (std::size_t i = 0; i < doomed.size(); ++i) {
         for (DagNode* child : doomed[i]->children_) {
-            const bool onlyHere = std::all_of(child->parents_.begin(), child->parents_.end(), [&](DagNode* parent) {
-                return std::find(doomed.begin(), doomed.end(), Ref<DagNode>(parent)) != doomed.end();
-            });
+            const bool onlyHere =
+                std::all_of(child->parents_.begin(), child->parents_.end(), [&](DagNode* parent) {
+                    return std::find(doomed.begin(), doomed.end(), Ref<DagNode>(parent)) != doomed.end();
+                });
             if (onlyHere) doomed.emplace_back(child);
         }
     }
@@ -385,7 +402,8 @@ void refreshBelow(DagNode& node) {
     markDirty(node.cell(*dagAttributes().parentMatrix));
     // An instance number may have changed its meaning while nothing else did.
     node.cell(*dagAttributes().parentMatrix).walk([](Cell& cell) { spreadDirt(cell); });
-    for (DagNode* child : node.children()) refreshBelow(*child);
+    for (DagNode* child : node.children())
+        refreshBelow(*child);
 }
 
 } // namespace
@@ -400,7 +418,8 @@ Outcome Scene::reparent(DagNode& node, DagNode* parent, bool additional) {
                              (above->isWorld() ? "the world" : above->uniqueName()) + "'.");
     }
     if (!additional) {
-        for (DagNode* old : node.parents_) std::erase(old->children_, &node);
+        for (DagNode* old : node.parents_)
+            std::erase(old->children_, &node);
         node.parents_.clear();
     }
     node.parents_.push_back(above);
@@ -427,7 +446,8 @@ Outcome Scene::removeInstance(DagNode& node, DagNode& parent) {
     return {};
 }
 
-// --- time ------------------------------------------------------------------------------------------------------------
+// --- time
+// ------------------------------------------------------------------------------------------------------------
 
 double Scene::frame() const {
     const auto& times = named("time1");
@@ -444,7 +464,8 @@ void Scene::setFrame(double frame) {
         if (!node || !node->type().followsTime) continue;
         for (int i = 0; i < node->attributeCount(); ++i) {
             const Attribute* attribute = node->attributeAt(i);
-            if (attribute && !attribute->parent && node->isComputed(*attribute)) markDirty(node->cell(*attribute));
+            if (attribute && !attribute->parent && node->isComputed(*attribute))
+                markDirty(node->cell(*attribute));
         }
     }
 }

@@ -29,8 +29,9 @@ class Scene {
 
     // --- nodes ---
 
-    /// A node of a registered type. `#` in the name becomes the next free number, a taken name gets its trailing
-    /// number raised, an empty one is type + number. A DAG node goes below `parent`, or below the world.
+    /// A node of a registered type. `#` in the name becomes the next free number, a taken name gets its
+    /// trailing number raised, an empty one is type + number. A DAG node goes below `parent`, or below the
+    /// world.
     Ref<Node> create(const NodeType& type, std::string_view name = {}, DagNode* parent = nullptr);
     /// Disconnects and removes the node; a DAG node goes with everything below it that has no other parent.
     void remove(Node& node);
@@ -38,7 +39,8 @@ class Scene {
     void clear();
     Outcome rename(Node& node, std::string_view name);
     /// A free name made from `wish` by the rules of `create`, among siblings below `parent` for DAG nodes.
-    std::string freeName(std::string_view wish, const DagNode* parent, bool isDag, const Node* self = nullptr) const;
+    std::string freeName(std::string_view wish, const DagNode* parent, bool isDag,
+                         const Node* self = nullptr) const;
 
     /// Live nodes in the order of their making.
     std::vector<Node*> nodes() const;
@@ -51,7 +53,8 @@ class Scene {
 
     DagNode& world() { return *world_; }
     const DagNode& world() const { return *world_; }
-    /// Puts a DAG node below another parent (the world for null); `additional` keeps the old one: an instance.
+    /// Puts a DAG node below another parent (the world for null); `additional` keeps the old one: an
+    /// instance.
     Outcome reparent(DagNode& node, DagNode* parent, bool additional = false);
     Outcome removeInstance(DagNode& node, DagNode& parent);
 
@@ -76,8 +79,14 @@ class Scene {
     Profile profile;
 
     // --- for the evaluator ---
-    struct Saved;
-    std::vector<Saved>& journal();
+    struct Saved {
+        Ref<Node> node;
+        Cell* cell;
+        double number;
+        Ref<Data> data;
+        bool dirty, isSet, fresh;
+    };
+    std::vector<Saved> journal;
     bool preserving = false;
     int pullDepth = 0;
 
@@ -97,7 +106,6 @@ class Scene {
     std::unique_ptr<NodeType> worldType_;
     Ref<DagNode> world_;
     double fps_ = 24;
-    std::unique_ptr<std::vector<Saved>> journal_;
 };
 
 /// Types every session has below its own: `node`, `dagNode`, `time`.

@@ -24,7 +24,8 @@ std::vector<std::string> SelectionItem::texts() const {
     const auto* elements = dynamic_cast<const Component*>(component.get());
     if (!elements) return {name};
     std::vector<std::string> list;
-    for (const auto& text : elements->texts()) list.push_back(name + '.' + text);
+    for (const auto& text : elements->texts())
+        list.push_back(name + '.' + text);
     return list;
 }
 

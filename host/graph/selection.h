@@ -12,9 +12,9 @@ namespace vesk::graph {
 
 struct SelectionItem {
     Ref<Node> node;
-    DagPath path;         ///< empty for nodes outside the DAG
-    Plug plug;            ///< null unless a plug was named
-    Ref<Object> component;///< null unless components were named
+    DagPath path;          ///< empty for nodes outside the DAG
+    Plug plug;             ///< null unless a plug was named
+    Ref<Object> component; ///< null unless components were named
 
     bool sameThing(const SelectionItem& other) const;
     /// Names as commands take them; components may need several.

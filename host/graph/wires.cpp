@@ -56,7 +56,8 @@ bool shapesFit(const Attribute& from, const Attribute& to) {
 
 Outcome checkConnectable(const Cell& source, const Cell& destination) {
     const auto refuse = [&](const std::string& why) {
-        return Outcome::fail("Cannot connect '" + nameOf(source) + "' to '" + nameOf(destination) + "': " + why);
+        return Outcome::fail("Cannot connect '" + nameOf(source) + "' to '" + nameOf(destination) +
+                             "': " + why);
     };
     if (&source == &destination) return refuse("a plug cannot feed itself.");
     if (!source.attr.readable) return refuse("'" + nameOf(source) + "' is not readable.");
@@ -77,7 +78,8 @@ Outcome checkConnectable(const Cell& source, const Cell& destination) {
 Outcome connect(Cell& source, Cell& destination, bool force) {
     if (auto outcome = checkConnectable(source, destination); !outcome) return outcome;
     if (destination.source == &source) {
-        return Outcome::fail("'" + nameOf(source) + "' is already connected to '" + nameOf(destination) + "'.");
+        return Outcome::fail("'" + nameOf(source) + "' is already connected to '" + nameOf(destination) +
+                             "'.");
     }
     if (destination.source) {
         if (!force) {
@@ -96,11 +98,11 @@ Outcome connect(Cell& source, Cell& destination, bool force) {
 
 Outcome disconnect(Cell& source, Cell& destination) {
     if (destination.source != &source) {
-        return Outcome::fail("There is no connection from '" + nameOf(source) + "' to '" + nameOf(destination) +
-                             "' to disconnect.");
+        return Outcome::fail("There is no connection from '" + nameOf(source) + "' to '" +
+                             nameOf(destination) + "' to disconnect.");
     }
-    // The last value stays unless the attribute says otherwise; a wire that was never pulled leaves what it would
-    // have brought, so nothing is evaluated here.
+    // The last value stays unless the attribute says otherwise; a wire that was never pulled leaves what it
+    // would have brought, so nothing is evaluated here.
     destination.source = nullptr;
     std::erase(source.destinations, &destination);
     destination.walk([](Cell& cell) {
@@ -129,7 +131,8 @@ void disconnectAll(Cell& cell) {
     // Deepest first: an element that goes with its last wire is not looked at again.
     for (auto at = wired.rbegin(); at != wired.rend(); ++at) {
         Cell* one = *at;
-        while (!one->destinations.empty()) (void)disconnect(*one, *one->destinations.back());
+        while (!one->destinations.empty())
+            (void)disconnect(*one, *one->destinations.back());
         if (one->source) (void)disconnect(*one->source, *one);
     }
 }
