@@ -23,6 +23,10 @@ std::string formatFixed(double value, int places);
 /// Plain for decimal exponents from -5 to 16, else with an exponent.
 std::string formatExact(double value);
 std::string formatExact(float value);
+/// The same text into memory that has room for `exactTextSize` bytes; returns its end. For long lists.
+inline constexpr std::size_t exactTextSize = 32;
+char* writeExact(char* to, double value) noexcept;
+char* writeExact(char* to, float value) noexcept;
 
 /// The number at the start of a text, after blanks: an optional sign, digits with an optional point, an
 /// optional exponent. `length` counts the bytes up to its end and is 0, as `value` is, when there is none
@@ -60,14 +64,19 @@ std::string format(Real value, Format... format) {
 }
 
 template <class Real>
+char* writeShortest(char* to, Real value) noexcept {
+    if (std::isnan(value)) value = std::numeric_limits<Real>::quiet_NaN(); // whatever its sign bit
+    const Real size = std::abs(value);
+    const bool plain = size == 0 || (size >= static_cast<Real>(1e-5) && size < static_cast<Real>(1e17));
+    return std::to_chars(to, to + exactTextSize, value,
+                         plain ? std::chars_format::fixed : std::chars_format::scientific)
+        .ptr;
+}
+
+template <class Real>
 std::string formatShortest(Real value) {
-    std::string text = format(value, std::chars_format::scientific);
-    const std::size_t e = text.find('e');
-    if (e == std::string::npos) return text; // inf
-    int exponent = 0;
-    const char* digits = text.data() + e + (text[e + 1] == '+' ? 2 : 1);
-    std::from_chars(digits, text.data() + text.size(), exponent);
-    return exponent < -5 || exponent > 16 ? text : format(value, std::chars_format::fixed);
+    std::array<char, exactTextSize> buffer;
+    return {buffer.data(), writeShortest(buffer.data(), value)};
 }
 
 /// What a number outside the range of doubles reads as: by the power of ten of its first digit other than 0.
@@ -97,6 +106,8 @@ inline std::string formatFixed(double value, int places) {
 
 inline std::string formatExact(double value) { return number_text::formatShortest(value); }
 inline std::string formatExact(float value) { return number_text::formatShortest(value); }
+inline char* writeExact(char* to, double value) noexcept { return number_text::writeShortest(to, value); }
+inline char* writeExact(char* to, float value) noexcept { return number_text::writeShortest(to, value); }
 
 inline LeadingNumber leadingNumber(std::string_view text) noexcept {
     std::size_t start = number_text::skipBlanks(text);
