@@ -49,6 +49,9 @@ function(vesk_test name)
   cmake_parse_arguments(T "" "" "SOURCES;LINK;DEFINES" ${ARGN})
   add_executable(${name} ${T_SOURCES})
   target_link_libraries(${name} PRIVATE ${T_LINK} vesk_settings GTest::gtest GTest::gtest_main)
+  # -fPIC as in the libraries: the precompiled header does not fit -fPIE, which programs get otherwise.
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+  target_compile_options(${name} PRIVATE -fPIC)
   target_precompile_headers(${name} REUSE_FROM vesk_pch)
   target_compile_definitions(${name} PRIVATE VESK_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
                                              VESK_BINARY_DIR="${CMAKE_BINARY_DIR}" ${T_DEFINES})
