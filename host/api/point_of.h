@@ -4,6 +4,7 @@
 #include <maya/MStatus.h>
 
 #include <cmath>
+#include <ostream>
 
 namespace vesk {
 
@@ -73,6 +74,10 @@ class PointOf {
     bool isEquivalent(const Self& other, Real tolerance = Self::kTolerance) const noexcept {
         return std::abs(x - other.x) <= tolerance && std::abs(y - other.y) <= tolerance &&
                std::abs(z - other.z) <= tolerance && std::abs(w - other.w) <= tolerance;
+    }
+
+    friend std::ostream& operator<<(std::ostream& out, const Self& v) {
+        return out << '[' << v.x << ", " << v.y << ", " << v.z << ", " << v.w << ']';
     }
 
   private:

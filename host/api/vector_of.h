@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ostream>
 
 namespace vesk {
 
@@ -99,6 +100,10 @@ class VectorOf {
         const auto& i = inverse.matrix;
         return Self(x * i[0][0] + y * i[0][1] + z * i[0][2], x * i[1][0] + y * i[1][1] + z * i[1][2],
                     x * i[2][0] + y * i[2][1] + z * i[2][2]);
+    }
+
+    friend std::ostream& operator<<(std::ostream& out, const Self& v) {
+        return out << '[' << v.x << ", " << v.y << ", " << v.z << ']';
     }
 
   private:

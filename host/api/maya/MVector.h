@@ -35,3 +35,11 @@ inline constexpr MVector MVector::zAxis(0.0, 0.0, 1.0);
 inline constexpr MVector MVector::xNegAxis(-1.0, 0.0, 0.0);
 inline constexpr MVector MVector::yNegAxis(0.0, -1.0, 0.0);
 inline constexpr MVector MVector::zNegAxis(0.0, 0.0, -1.0);
+
+namespace vesk {
+/// For the host: some vector of length 1 across `v`, always the same one for the same `v`, which is not 0.
+inline MVector across(const MVector& v) noexcept {
+    const bool alongX = std::abs(v.x) > std::abs(v.y);
+    return (v ^ (alongX ? MVector::yAxis : MVector::xAxis)).normal();
+}
+} // namespace vesk
