@@ -7,9 +7,17 @@
 namespace vesk::graph {
 
 Cell::Cell(Node& owner, const Attribute& attribute, Cell* parentCell, int index)
-    : node(owner), attr(attribute), parent(parentCell), logicalIndex(index), number(attribute.defaultNumber) {
+    : Cell(owner, attribute, parentCell, index, parentCell && parentCell->detached_) {}
+
+Cell::Cell(Node& owner, const Attribute& attribute, Cell* parentCell, int index, bool detached)
+    : node(owner), attr(attribute), parent(parentCell), logicalIndex(index), number(attribute.defaultNumber),
+      detached_(detached) {
     resetToDefault();
-    dirty = node.isComputed(attr);
+    dirty = !detached_ && node.isComputed(attr);
+}
+
+std::unique_ptr<Cell> Cell::detached(Node& owner, const Attribute& attribute, int logicalIndex) {
+    return std::unique_ptr<Cell>(new Cell(owner, attribute, nullptr, logicalIndex, true));
 }
 
 Cell::~Cell() = default;
@@ -32,7 +40,7 @@ Cell& Cell::child(int position) {
     if (!slot) {
         slot = std::make_unique<Cell>(node, *attr.children[at], this, -1);
         const auto index = static_cast<std::size_t>(slot->attr.index);
-        if (slot->attr.multiDepth() == (slot->attr.array ? 1 : 0)) {
+        if (!detached_ && slot->attr.multiDepth() == (slot->attr.array ? 1 : 0)) {
             if (node.static_.size() <= index) node.static_.resize(index + 1);
             node.static_[index] = slot.get();
         }

@@ -16,6 +16,8 @@ class Node;
 class Cell {
   public:
     Cell(Node& owner, const Attribute& attribute, Cell* parentCell, int logicalIndex);
+    /// A cell that belongs to no data block: it shows the default, is never dirty, and evaluates nothing.
+    static std::unique_ptr<Cell> detached(Node& owner, const Attribute& attribute, int logicalIndex = -1);
     ~Cell();
     Cell(const Cell&) = delete;
     Cell& operator=(const Cell&) = delete;
@@ -39,6 +41,8 @@ class Cell {
     bool locked = false;
     std::int8_t keyable = -1, channelBox = -1; ///< per-plug override of the attribute's flag; -1: none
 
+    /// It, or what it stands below, was made by `detached`.
+    bool isDetached() const { return detached_; }
     bool isElement() const { return logicalIndex >= 0; }
     /// The whole of a multi, not one of its elements.
     bool isArray() const { return attr.array && !isElement(); }
@@ -73,6 +77,11 @@ class Cell {
     }
 
     void resetToDefault();
+
+  private:
+    Cell(Node& owner, const Attribute& attribute, Cell* parentCell, int logicalIndex, bool detached);
+
+    const bool detached_;
 };
 
 } // namespace vesk::graph

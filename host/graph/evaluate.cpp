@@ -14,7 +14,7 @@ Scene* sceneOf(const Cell& cell) { return cell.node.scene(); }
 /// To be called before a cell's value or dirt changes.
 void touch(Cell& cell) {
     Scene* scene = sceneOf(cell);
-    if (!scene || !scene->preserving) return;
+    if (!scene || !scene->preserving || cell.isDetached()) return;
     scene->journal.push_back(
         {Ref<Node>(&cell.node), &cell, cell.number, cell.data, cell.dirty, cell.isSet, cell.fresh});
 }
@@ -220,6 +220,7 @@ void cleanArray(Cell& array) {
 } // namespace
 
 void clean(Cell& cell) {
+    if (cell.isDetached()) return;
     if (cell.isArray()) return cleanArray(cell);
     if (cell.isCompound()) {
         if (cell.dirty && !cell.feedingAncestor() && cell.node.isComputed(cell.attr) && !cell.computing &&
@@ -457,14 +458,17 @@ void copyCell(Cell& to, Cell& from) {
     setClean(to);
 }
 
-void replaceElements(Cell& array, std::vector<std::unique_ptr<Cell>> elements) {
+namespace {
+
+/// Takes out, or empties where wires hang on them, the elements that are not among `wanted`.
+void dropOthers(Cell& array, const std::vector<std::unique_ptr<Cell>>& wanted) {
     const bool preserving = sceneOf(array) && sceneOf(array)->preserving;
     for (std::size_t i = array.children.size(); i-- > 0;) {
         Cell& old = *array.children[i];
         const auto same = std::lower_bound(
-            elements.begin(), elements.end(), old.logicalIndex,
-            [](const std::unique_ptr<Cell>& made, int wanted) { return made->logicalIndex < wanted; });
-        if (same != elements.end() && (*same)->logicalIndex == old.logicalIndex) continue;
+            wanted.begin(), wanted.end(), old.logicalIndex,
+            [](const std::unique_ptr<Cell>& made, int index) { return made->logicalIndex < index; });
+        if (same != wanted.end() && (*same)->logicalIndex == old.logicalIndex) continue;
         if (!preserving && !old.hasWiresBelow(true) && !old.hasWiresBelow(false)) {
             array.removeElement(old.logicalIndex);
         } else {
@@ -474,20 +478,27 @@ void replaceElements(Cell& array, std::vector<std::unique_ptr<Cell>> elements) {
             });
         }
     }
-    const auto move = [](const auto& self, Cell& to, Cell& from) -> void {
-        touch(to);
-        to.number = from.number;
-        to.data = std::move(from.data);
-        to.isSet = from.isSet;
-        to.fresh = true;
-        for (auto& below : from.children) {
-            if (!below) continue;
-            self(self, below->isElement() ? to.element(below->logicalIndex) : to.child(below->attr), *below);
-        }
-    };
-    for (auto& made : elements) {
+}
+
+void takeOver(Cell& to, const Cell& from) {
+    if (to.isArray()) return replaceElements(to, from.children);
+    touch(to);
+    to.number = from.number;
+    to.data = from.data;
+    to.isSet = from.isSet;
+    to.fresh = true;
+    for (const auto& below : from.children) {
+        if (below) takeOver(to.child(below->attr), *below);
+    }
+}
+
+} // namespace
+
+void replaceElements(Cell& array, const std::vector<std::unique_ptr<Cell>>& elements) {
+    dropOthers(array, elements);
+    for (const auto& made : elements) {
         Cell& element = array.element(made->logicalIndex);
-        move(move, element, *made);
+        takeOver(element, *made);
         element.isSet = true; // it exists, even while it shows the default
     }
     array.fresh = true;

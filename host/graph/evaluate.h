@@ -48,7 +48,7 @@ void copyCell(Cell& to, Cell& from);
 void markClean(Cell& cell);
 /// The multi gets exactly these elements (ascending, made for it). Elements that wires hang on stay, at their
 /// default.
-void replaceElements(Cell& array, std::vector<std::unique_ptr<Cell>> elements);
+void replaceElements(Cell& array, const std::vector<std::unique_ptr<Cell>>& elements);
 
 /// Dirt for all that depends on this cell; not for the cell itself.
 void spreadDirt(Cell& cell);

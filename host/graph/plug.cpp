@@ -2,6 +2,7 @@
 
 #include "host/graph/scene.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace vesk::graph {
@@ -83,6 +84,7 @@ Plug Plug::parent() const {
     result = *this;
     result.attr = attr->parent;
     result.depth = attr->parent->multiDepth();
+    std::fill(result.indices.begin() + result.depth, result.indices.end(), -1);
     return result;
 }
 
