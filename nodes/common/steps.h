@@ -1,0 +1,100 @@
+#pragma once
+// The steps that every compute repeats. A node names the variant it has; what it does with the answer is its own.
+
+#include <maya/MDataBlock.h>
+#include <maya/MDataHandle.h>
+#include <maya/MIntArray.h>
+#include <maya/MObject.h>
+#include <maya/MPlug.h>
+#include <maya/MString.h>
+
+#include <vector>
+
+class MPxNode;
+
+namespace vesk::nodes {
+
+/// Values of the host's node state.
+enum NodeState : short { kNormal = 0, kHasNoEffect = 1, kBlocking = 2 };
+
+/// Values of `coordinateSystem`.
+enum CoordinateSystem : short { kWorldCoordinates = 0, kObjectCoordinates = 1 };
+
+/// Values of `useComponents`.
+enum UseComponents : short { kAllPoints = 0, kInputComponentList = 1, kInputObjectGroup = 2 };
+
+/// The node's state as the plain form reads it: through the output side, nothing is evaluated.
+short nodeState(MDataBlock& block);
+
+/// Whether anything is connected to this attribute of the node itself.
+bool isConnected(const MPxNode& node, const MObject& attribute);
+
+/// The node's own name: what stands before the point in a name of one of its plugs.
+MString nodeName(const MPxNode& node, const MObject& anyAttribute);
+
+/// Writes `nodeName: text` as a warning of the host.
+void warn(const MString& nodeName, const char* text);
+
+/// The geometry of a generic input in the space of `coordinateSystem`: world takes the transformed form, object the
+/// plain one. Null for data that is no mesh, curve or surface.
+MObject geometryIn(MDataHandle& handle, short coordinateSystem);
+
+/// Points chosen by `useComponents`. Without a selection every point is in.
+class PointSelection {
+  public:
+    /// Everything.
+    PointSelection() = default;
+    /// The first entry of a component list, or a component itself; anything else (null, ids) selects nothing.
+    static PointSelection ofComponents(MObject components);
+    /// The object group of the geometry's data; nothing when the id is negative or the geometry has no such group.
+    static PointSelection ofObjectGroup(const MObject& geometryData, int groupId);
+
+    bool isEverything() const { return everything_; }
+    /// By the point's place in the order of `MItGeometry`; surfaces count v fastest with `numCVsInV` a row.
+    /// `pointKind` is the kind of the geometry's points (`kMeshVertComponent` ...): elements of other kinds
+    /// select nothing.
+    std::vector<char> mask(MFn::Type pointKind, unsigned pointCount, unsigned numCVsInV = 0) const;
+
+  private:
+    bool everything_ = true;
+    MObject component_;
+};
+
+/// Ids that an `inComponents` input holds for particles: an int array, or the elements of a single indexed
+/// component (of a list its first entry). Empty for anything else.
+MIntArray particleIds(MObject components);
+
+/// Deletes temporary nodes of the host when it goes out of scope, and sets the command echo back.
+class QuietCommands {
+  public:
+    QuietCommands();
+    ~QuietCommands();
+    QuietCommands(const QuietCommands&) = delete;
+    QuietCommands& operator=(const QuietCommands&) = delete;
+
+  private:
+    int echo_;
+};
+
+/// A mesh in place of the surface that feeds `input`, with one vertex a CV, made by the host's own tessellation
+/// through temporary nodes. Null when nothing feeds the plug.
+MObject surfaceAsMesh(const MPlug& input);
+/// A ribbon in place of the curve that feeds `input`: two vertices a CV, the even ones at the CVs.
+MObject curveAsMesh(const MPlug& input);
+
+/// A new array data object for an output, filled in place and then handed over, so that one allocation does.
+template <class FunctionSet, class Array>
+class ArrayOutput {
+    FunctionSet set_;
+    MObject data_{set_.create()};
+
+  public:
+    Array values{set_.array()};
+
+    void handOver(MDataBlock& block, const MObject& attribute) {
+        MDataHandle handle = block.outputValue(attribute);
+        handle.set(data_);
+    }
+};
+
+} // namespace vesk::nodes
