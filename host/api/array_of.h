@@ -54,12 +54,14 @@ class ArrayOf {
         other.items_ = &other.own_;
         other.own_.clear();
     }
+    // The size increment stays with each array.
+    // cppcheck-suppress operatorEqVarError
     ArrayOf& operator=(const ArrayOf& other) {
-        if (items_ != other.items_) *items_ = *other.items_;
+        if (this != &other) *items_ = *other.items_;
         return *this;
     }
-    // NOLINTNEXTLINE(performance-noexcept-move-constructor): what a view shows belongs to others and is
-    // copied
+    // What a view shows belongs to others too and is copied, which allocates.
+    // NOLINTNEXTLINE(performance-noexcept-move-constructor)
     ArrayOf& operator=(ArrayOf&& other) {
         if (other.viewed_) return *this = std::as_const(other);
         if (this != &other) *items_ = std::exchange(other.own_, {});

@@ -99,7 +99,8 @@ TEST(ArrayView, CopiesOwnAndMovesKeepTheView) {
     MDoubleArray moved = std::move(view);
     moved[0] = 10;
     EXPECT_EQ((*data)[0], 10.0);
-    view.append(1); // NOLINT(bugprone-use-after-move): what was moved from is an empty array of its own
+    // What was moved from is an empty array of its own.
+    view.append(1); // NOLINT(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
     EXPECT_EQ(view.length(), 1u);
     EXPECT_EQ(data->size(), 3u);
 }
