@@ -1,0 +1,135 @@
+#pragma once
+// Compiled code: what the compiler makes and the machine runs.
+
+#include "host/mel/command.h"
+#include "host/mel/error.h"
+#include "host/mel/opcodes.h"
+#include "host/mel/value.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace vesk::mel {
+
+enum class Op : std::uint16_t {
+#define VESK_MEL_OPCODE_NAME(name) name,
+    VESK_MEL_OPCODES(VESK_MEL_OPCODE_NAME)
+#undef VESK_MEL_OPCODE_NAME
+};
+
+using Reg = std::uint16_t;
+/// Registers of one kind in one procedure.
+constexpr std::size_t kMaxRegisters = 65535;
+
+struct Instr {
+    Op op;
+    Reg a = 0;
+    Reg b = 0;
+    Reg c = 0;
+    std::int32_t imm = 0;
+};
+
+/// A register of numbers. Which member counts is known where it is used.
+union Num {
+    double f;
+    std::int32_t i;
+};
+
+struct Function;
+struct Builtin;
+
+/// A lasting variable. Numbers and vectors live in `numbers`, everything else in `object`; its place in
+/// memory stays as long as the interpreter.
+struct Global {
+    std::string name;
+    Type type = Type::None; ///< Any: the first value decides, `object` holds it
+    Num numbers[3] = {{0.0}, {0.0}, {0.0}};
+    Value object;
+};
+
+/// Where an argument comes from.
+struct Argument {
+    Type type = Type::None;
+    Reg reg = 0;
+    bool isConstant = false; ///< then `constant` holds it
+    Value constant;
+};
+
+/// What a name means where it is called.
+struct Target {
+    Function* procedure = nullptr;
+    std::shared_ptr<const Command> command;
+};
+
+/// One call of a procedure or command by name.
+struct CallSite {
+    std::string name;
+    std::vector<Argument> arguments;
+    std::vector<Value> constants; ///< the words when all of them are constants; `arguments` is empty then
+    Type resultType = Type::None; ///< what the result is converted to; None: dropped
+    Reg result = 0;
+    std::uint32_t at = 0;
+    // The last resolution of the name, good while the interpreter's stamp is the same.
+    Target target;
+    std::uint64_t stamp = 0;
+};
+
+/// One call of a library function that takes values.
+struct LibrarySite {
+    const Builtin* function = nullptr;
+    std::vector<Argument> arguments;
+    Type resultType = Type::None;
+    Reg result = 0;
+};
+
+/// How an object register starts.
+struct ObjectStart {
+    Type type = Type::None;
+    int constant = -1;        ///< index into the function's constants
+    Global* global = nullptr; ///< the register stands for this variable
+};
+
+struct Parameter {
+    std::string name;
+    Type type = Type::None;
+    Reg reg = 0;
+};
+
+/// Procedures that only the text that defines them sees.
+struct Module {
+    std::unordered_map<std::string, std::shared_ptr<Function>> procedures;
+};
+
+/// A procedure, or one statement of a text's top level.
+struct Function {
+    std::string name; ///< empty for a top-level statement
+    std::shared_ptr<const Source> source;
+    Module* module = nullptr;
+    std::shared_ptr<Module> keptModule; ///< of global procedures; a local one lives in its module
+    bool isGlobal = false;
+    Type returns = Type::None;
+    std::vector<Parameter> parameters;
+    std::vector<Instr> code;
+    std::vector<std::uint32_t> places; ///< offset in the source, one for each instruction
+    std::vector<Num> numbers;          ///< how the number registers start: constants, and zeros
+    std::vector<ObjectStart> objects;  ///< how the object registers start
+    std::vector<Value> constants;
+    std::vector<Global*> globals;
+    std::vector<CallSite> calls;
+    std::vector<LibrarySite> libraryCalls;
+    int active = 0; ///< frames that are running it
+};
+
+/// A compiled text.
+struct Unit {
+    std::shared_ptr<const Source> source;
+    std::shared_ptr<Module> module;
+    std::vector<std::unique_ptr<Function>> statements; ///< run in order
+    std::vector<std::shared_ptr<Function>> procedures; ///< in the order of their definitions
+    std::vector<std::unique_ptr<Global>> globals; ///< variables that the text declares and nobody had yet
+};
+
+} // namespace vesk::mel
