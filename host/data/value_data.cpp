@@ -15,7 +15,9 @@ double cut(double number) {
     return std::isnan(number) ? 0.0 : std::clamp(std::trunc(number), low, high);
 }
 
-double rounded(double number, MFnNumericData::Type leaf) {
+} // namespace
+
+double NumericData::rounded(double number, MFnNumericData::Type leaf) {
     switch (leaf) {
     case MFnNumericData::kBoolean: return number != 0.0;
     case MFnNumericData::kByte: return cut<unsigned char>(number);
@@ -26,8 +28,6 @@ double rounded(double number, MFnNumericData::Type leaf) {
     default: return number;
     }
 }
-
-} // namespace
 
 int NumericData::countOf(MFnNumericData::Type type) {
     switch (type) {

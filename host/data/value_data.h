@@ -38,9 +38,13 @@ class NumericData : public Data {
     static MFnNumericData::Type leafOf(MFnNumericData::Type type);
     int count() const { return countOf(type_); }
 
+    /// A number as one of that type holds it: integers are cut toward zero and held in range, and are 0 for
+    /// what is not a number.
+    static double rounded(double number, MFnNumericData::Type leaf);
+
     /// The numbers, first `count()` of them used.
     const std::array<double, 4>& numbers() const { return numbers_; }
-    /// Integers are cut toward zero and held in range, not-a-numbers among them become 0.
+    /// Each is rounded to the type.
     void set(const std::array<double, 4>& numbers);
 
     MFn::Type apiType() const override;

@@ -33,5 +33,6 @@ class MFnData : public MFnBase {
     };
     MFnData() = default;
     explicit MFnData(MObject& object, MStatus* status = nullptr);
+    explicit MFnData(const MObject& object, MStatus* status = nullptr);
     MFn::Type type() const override { return MFn::kData; }
 };
