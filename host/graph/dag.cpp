@@ -39,14 +39,15 @@ bool DagNode::isIntermediate() const {
 
 bool DagNode::isBelow(const DagNode& ancestor) const {
     // Many instances of one ancestor are looked at once.
-    std::vector<const DagNode*> seen, open(parents_.begin(), parents_.end());
+    std::vector<const DagNode*> seen, open;
+    for (const DagNode* parent : parents_) open.push_back(parent);
     while (!open.empty()) {
         const DagNode* at = open.back();
         open.pop_back();
         if (at == &ancestor) return true;
         if (std::find(seen.begin(), seen.end(), at) != seen.end()) continue;
         seen.push_back(at);
-        open.insert(open.end(), at->parents_.begin(), at->parents_.end());
+        for (const DagNode* parent : at->parents_) open.push_back(parent);
     }
     return false;
 }
@@ -63,14 +64,20 @@ MMatrix pullMatrix(Cell& cell) {
     return data ? data->matrix() : MMatrix();
 }
 
-/// Makes the world matrices above a path's end valid from the top down, so that deep hierarchies don't
-/// recurse.
+/// The first nodes of a path, a path themselves.
+DagPath firstNodes(const DagPath& path, std::size_t count) {
+    DagPath result;
+    result.nodes.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) result.nodes.push_back(path.nodes[i]);
+    return result;
+}
+
+/// Makes the world matrices above a path's end valid from the top down, so that deep hierarchies don't recurse.
 void cleanAbove(const DagPath& path) {
     const auto& world = *dagAttributes().worldMatrix;
     std::size_t first = path.nodes.size() - 1;
     const auto cellOf = [&](std::size_t i) -> Cell& {
-        const DagPath upTo{{path.nodes.begin(), path.nodes.begin() + static_cast<std::ptrdiff_t>(i) + 1}};
-        return path.nodes[i]->cell(world).element(upTo.instanceNumber());
+        return path.nodes[i]->cell(world).element(firstNodes(path, i + 1).instanceNumber());
     };
     while (first > 0 && cellOf(first - 1).dirty)
         --first;
@@ -80,7 +87,7 @@ void cleanAbove(const DagPath& path) {
 
 MMatrix parentMatrixOf(const DagPath& path) {
     if (path.nodes.size() < 2) return MMatrix();
-    const DagPath above{{path.nodes.begin(), path.nodes.end() - 1}};
+    const DagPath above = firstNodes(path, path.nodes.size() - 1);
     return pullMatrix(above.node()->cell(*dagAttributes().worldMatrix).element(above.instanceNumber()));
 }
 
@@ -223,7 +230,7 @@ std::vector<DagPath> allPaths(const DagNode& node) {
             continue;
         }
         for (auto& above : allPaths(*parent)) {
-            above.nodes.insert(above.nodes.end(), tail.begin(), tail.end());
+            for (const auto& one : tail) above.nodes.push_back(one);
             paths.push_back(std::move(above));
         }
     }
