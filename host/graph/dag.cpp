@@ -40,14 +40,16 @@ bool DagNode::isIntermediate() const {
 bool DagNode::isBelow(const DagNode& ancestor) const {
     // Many instances of one ancestor are looked at once.
     std::vector<const DagNode*> seen, open;
-    for (const DagNode* parent : parents_) open.push_back(parent);
+    for (const DagNode* parent : parents_)
+        open.push_back(parent);
     while (!open.empty()) {
         const DagNode* at = open.back();
         open.pop_back();
         if (at == &ancestor) return true;
         if (std::find(seen.begin(), seen.end(), at) != seen.end()) continue;
         seen.push_back(at);
-        for (const DagNode* parent : at->parents_) open.push_back(parent);
+        for (const DagNode* parent : at->parents_)
+            open.push_back(parent);
     }
     return false;
 }
@@ -68,11 +70,13 @@ MMatrix pullMatrix(Cell& cell) {
 DagPath firstNodes(const DagPath& path, std::size_t count) {
     DagPath result;
     result.nodes.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) result.nodes.push_back(path.nodes[i]);
+    for (std::size_t i = 0; i < count; ++i)
+        result.nodes.push_back(path.nodes[i]);
     return result;
 }
 
-/// Makes the world matrices above a path's end valid from the top down, so that deep hierarchies don't recurse.
+/// Makes the world matrices above a path's end valid from the top down, so that deep hierarchies don't
+/// recurse.
 void cleanAbove(const DagPath& path) {
     const auto& world = *dagAttributes().worldMatrix;
     std::size_t first = path.nodes.size() - 1;
@@ -230,7 +234,8 @@ std::vector<DagPath> allPaths(const DagNode& node) {
             continue;
         }
         for (auto& above : allPaths(*parent)) {
-            for (const auto& one : tail) above.nodes.push_back(one);
+            for (const auto& one : tail)
+                above.nodes.push_back(one);
             paths.push_back(std::move(above));
         }
     }
