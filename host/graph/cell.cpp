@@ -13,7 +13,8 @@ Cell::Cell(Node& owner, const Attribute& attribute, Cell* parentCell, int index,
     : node(owner), attr(attribute), parent(parentCell), logicalIndex(index), number(attribute.defaultNumber),
       detached_(detached) {
     resetToDefault();
-    dirty = !detached_ && node.isComputed(attr);
+    // What a wire into an ancestor brings was not pulled yet.
+    dirty = !detached_ && (node.isComputed(attr) || feedingAncestor());
 }
 
 std::unique_ptr<Cell> Cell::detached(Node& owner, const Attribute& attribute, int logicalIndex) {
