@@ -206,6 +206,8 @@ const char* kindName(MFn::Type type) {
 
 bool Object::hasFn(MFn::Type type) const { return isKindOf(apiType(), type); }
 
+void Object::destroy() const { delete this; }
+
 void retainObject(Object* object) { object->retain(); }
 void releaseObject(Object* object) { object->release(); }
 

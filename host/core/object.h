@@ -26,11 +26,14 @@ class Object {
 
     void retain() const { ++references_; }
     void release() const {
-        if (--references_ == 0) delete this;
+        if (--references_ == 0) destroy();
     }
     std::uint32_t referenceCount() const { return references_; }
 
   private:
+    void
+    destroy() const; // out of line, since static checkers lose the count and see a freed object everywhere
+
     mutable std::uint32_t references_ = 0;
 };
 

@@ -38,7 +38,10 @@ class ArrayAttrsData : public Data {
     template <class T>
     SharedValues<T>* makeValues(std::string_view name) {
         Channel* channel = findToWrite(name);
-        if (!channel) channel = &channels_.emplace_back(std::string(name), SharedValues<T>());
+        if (!channel) {
+            channels_.push_back({std::string(name), SharedValues<T>()});
+            channel = &channels_.back();
+        }
         return std::get_if<SharedValues<T>>(&channel->values);
     }
     /// Empties all arrays; their names and types stay.

@@ -98,7 +98,7 @@ TEST(Component, AddingToAComplete) {
 }
 
 TEST(Component, Union) {
-    const auto unite = [](Ref<SingleComponent> a, Ref<SingleComponent> b) {
+    const auto unite = [](Ref<SingleComponent> a, const Ref<SingleComponent>& b) {
         EXPECT_TRUE(a->unite(*b));
         return a;
     };

@@ -17,10 +17,8 @@ class SharedValues {
     SharedValues() : block_(std::make_shared<Block>()) {}
     explicit SharedValues(Values values) : SharedValues() { block_->values = std::move(values); }
     SharedValues(const SharedValues& other) : block_(other.block_) { ++block_->holders; }
-    SharedValues& operator=(const SharedValues& other) {
-        ++other.block_->holders;
-        --block_->holders;
-        block_ = other.block_;
+    SharedValues& operator=(SharedValues other) noexcept {
+        std::swap(block_, other.block_);
         return *this;
     }
     ~SharedValues() { --block_->holders; }

@@ -20,9 +20,9 @@ MIntArray ints(std::initializer_list<int> values) {
 
 MObject component(MFn::Type kind, std::initializer_list<int> elements) {
     MFnSingleIndexedComponent set;
-    const MObject object = set.create(kind);
+    set.create(kind);
     EXPECT_TRUE(set.addElements(ints(elements)));
-    return object;
+    return set.object();
 }
 MObject vertices(std::initializer_list<int> elements) { return component(MFn::kMeshVertComponent, elements); }
 
