@@ -1,0 +1,15 @@
+#pragma once
+// The geometry behind a handle on data or on a shape.
+
+#include <maya/MObject.h>
+
+class MDagPath;
+
+namespace vesk::api {
+
+/// Data stands for itself; of a mesh shape its world output, for reading only; null for anything else. Pulls the shape.
+MObject meshDataOf(const MObject& object);
+/// Of the shape at the path's end, or of the first shape below a transform, with the path's matrix.
+MObject meshDataOf(const MDagPath& path);
+
+} // namespace vesk::api

@@ -1,0 +1,138 @@
+#pragma once
+
+#include <maya/MColor.h>
+#include <maya/MFnBase.h>
+#include <maya/MSpace.h>
+#include <maya/MString.h>
+#include <maya/MTypes.h>
+
+class MColorArray;
+class MDagPath;
+class MFloatArray;
+class MFloatPoint;
+class MFloatPointArray;
+class MFloatVector;
+class MFloatVectorArray;
+class MIntArray;
+class MPoint;
+class MPointArray;
+class MStringArray;
+class MVector;
+class MVectorArray;
+
+namespace vesk::geom {
+class Mesh;
+}
+class MMatrix;
+
+/// Function set of polygon meshes: mesh data, or a mesh shape, whose output is read.
+///
+/// World space applies the matrix that the data carries, or the shape's path. Normals go by its inverse transpose and
+/// are then of unit length. Without an object calls fail with `kInvalidParameter`; a bad id or set name, with
+/// `kFailure`, leaves results alone or empty. Edits work on data that is not read-only; shapes are edited by commands.
+class MFnMesh : public MFnBase {
+  public:
+    MFnMesh() = default;
+    explicit MFnMesh(MObject& object, MStatus* status = nullptr);
+    explicit MFnMesh(const MObject& object, MStatus* status = nullptr);
+    explicit MFnMesh(const MDagPath& path, MStatus* status = nullptr);
+    MFn::Type type() const override { return MFn::kMesh; }
+
+    // --- building: into mesh data; the set then works on it ---
+
+    MObject create(int numVertices, int numPolygons, const MPointArray& points, const MIntArray& counts,
+                   const MIntArray& connects, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
+    MObject create(int numVertices, int numPolygons, const MFloatPointArray& points, const MIntArray& counts,
+                   const MIntArray& connects, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
+    /// A full copy without the source's matrix and object groups.
+    MObject copy(const MObject& source, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
+    MStatus copyInPlace(const MObject& source);
+
+    // --- topology ---
+
+    int numVertices(MStatus* status = nullptr) const;
+    int numEdges(MStatus* status = nullptr) const;
+    int numPolygons(MStatus* status = nullptr) const;
+    int numFaceVertices(MStatus* status = nullptr) const;
+    int polygonVertexCount(int polygon, MStatus* status = nullptr) const;
+    MStatus getPolygonVertices(int polygon, MIntArray& vertices) const;
+    MStatus getVertices(MIntArray& counts, MIntArray& vertices) const;
+    MStatus getEdgeVertices(int edge, int2& vertices) const;
+    bool isEdgeSmooth(int edge, MStatus* status = nullptr) const;
+    /// Per face its number of triangles; three vertex ids each.
+    MStatus getTriangles(MIntArray& counts, MIntArray& vertices) const;
+    MStatus getPolygonTriangleVertices(int polygon, int triangle, int vertices[3]) const;
+
+    // --- points ---
+
+    MStatus getPoints(MPointArray& points, MSpace::Space space = MSpace::kObject) const;
+    MStatus getPoints(MFloatPointArray& points, MSpace::Space space = MSpace::kObject) const;
+    MStatus getPoint(int vertex, MPoint& point, MSpace::Space space = MSpace::kObject) const;
+    MStatus setPoints(const MPointArray& points, MSpace::Space space = MSpace::kObject);
+    MStatus setPoints(const MFloatPointArray& points, MSpace::Space space = MSpace::kObject);
+    MStatus setPoint(int vertex, const MPoint& point, MSpace::Space space = MSpace::kObject);
+
+    // --- normals ---
+
+    MStatus getPolygonNormal(int polygon, MVector& normal, MSpace::Space space = MSpace::kObject) const;
+    MStatus getVertexNormal(int vertex, bool angleWeighted, MVector& normal,
+                            MSpace::Space space = MSpace::kObject) const;
+    MStatus getVertexNormals(bool angleWeighted, MFloatVectorArray& normals,
+                             MSpace::Space space = MSpace::kObject) const;
+    MStatus getFaceVertexNormal(int face, int vertex, MVector& normal, MSpace::Space space = MSpace::kObject) const;
+    /// One per face-vertex, faces in order.
+    MStatus getFaceVertexNormals(MFloatVectorArray& normals, MSpace::Space space = MSpace::kObject) const;
+    MStatus setVertexNormals(const MVectorArray& normals, const MIntArray& vertices,
+                             MSpace::Space space = MSpace::kObject);
+
+    // --- tangents: `kFailure`, and zero vectors, where there are no UVs to go by ---
+
+    MStatus getFaceVertexTangent(int face, int vertex, MVector& tangent, MSpace::Space space = MSpace::kObject,
+                                 const MString* uvSet = nullptr) const;
+    MStatus getFaceVertexBinormal(int face, int vertex, MVector& binormal, MSpace::Space space = MSpace::kObject,
+                                  const MString* uvSet = nullptr) const;
+    /// One per face-vertex, faces in order; so are the ids of `getTangentId`.
+    MStatus getTangents(MFloatVectorArray& tangents, MSpace::Space space = MSpace::kObject,
+                        const MString* uvSet = nullptr) const;
+    MStatus getBinormals(MFloatVectorArray& binormals, MSpace::Space space = MSpace::kObject,
+                         const MString* uvSet = nullptr) const;
+    int getTangentId(int face, int vertex, MStatus* status = nullptr) const;
+
+    // --- UVs: a null set name means the current set ---
+
+    int numUVSets(MStatus* status = nullptr) const;
+    MStatus getUVSetNames(MStringArray& names) const;
+    MString currentUVSetName(MStatus* status = nullptr) const;
+    int numUVs(MStatus* status = nullptr) const;
+    MStatus getUVs(MFloatArray& us, MFloatArray& vs, const MString* uvSet = nullptr) const;
+    MStatus getAssignedUVs(MIntArray& counts, MIntArray& ids, const MString* uvSet = nullptr) const;
+    MStatus setUVs(const MFloatArray& us, const MFloatArray& vs, const MString* uvSet = nullptr);
+    MStatus assignUVs(const MIntArray& counts, const MIntArray& ids, const MString* uvSet = nullptr);
+
+    // --- colours: a null set name means the current set ---
+
+    int numColorSets(MStatus* status = nullptr) const;
+    MStatus getColorSetNames(MStringArray& names) const;
+    MString currentColorSetName(MStatus* status = nullptr) const;
+    /// One per vertex, the mean of its face-vertex colours; (-1,-1,-1,-1), or the given default, for a vertex with
+    /// none. Empty, and `kFailure`, without such a set.
+    MStatus getVertexColors(MColorArray& colors, const MString* colorSet = nullptr,
+                            const MColor* defaultUnsetColor = nullptr) const;
+    MStatus getFaceVertexColors(MColorArray& colors, const MString* colorSet = nullptr,
+                                const MColor* defaultUnsetColor = nullptr) const;
+    MStatus setVertexColors(const MColorArray& colors, const MIntArray& vertices);
+
+  protected:
+    bool accepts(const vesk::Object& object) const override;
+
+  private:
+    friend class MItMeshVertex;
+    const vesk::geom::Mesh* mesh() const;
+    /// For writing; null, with the reason in `status`, when there is nothing to write to.
+    vesk::geom::Mesh* editable(MStatus& status);
+    /// Null when the space is the mesh's own.
+    const MMatrix* matrixFor(MSpace::Space space) const;
+    MObject place(const vesk::geom::Mesh& mesh, MObject parentOrOwner, MStatus* status);
+
+    MObject shape_; ///< the shape, while `object_` holds the data read from it
+};

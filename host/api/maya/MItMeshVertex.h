@@ -1,0 +1,61 @@
+#pragma once
+
+#include <maya/MColor.h>
+#include <maya/MObject.h>
+#include <maya/MPoint.h>
+#include <maya/MSpace.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+#include <maya/MTypes.h>
+#include <maya/MVector.h>
+
+#include <maya/MFnMesh.h>
+
+#include <vector>
+
+class MFloatArray;
+class MIntArray;
+
+/// Walks the vertices of a mesh by ascending id. Calls past the end fail with `kFailure`.
+class MItMeshVertex {
+  public:
+    explicit MItMeshVertex(const MObject& mesh, MStatus* status = nullptr);
+
+    bool isDone(MStatus* status = nullptr) const;
+    MStatus next() { return ++index_, MStatus(); }
+    MStatus reset() { return index_ = 0, MStatus(); }
+    int index(MStatus* status = nullptr) const;
+    /// Moves there; walking on from there is fine, `previous` gets the id left behind.
+    MStatus setIndex(int index, int& previous);
+    int count(MStatus* status = nullptr) const;
+    MObject currentItem(MStatus* status = nullptr) const;
+
+    MPoint position(MSpace::Space space = MSpace::kObject, MStatus* status = nullptr) const;
+    MStatus getNormal(MVector& normal, MSpace::Space space = MSpace::kObject) const;
+    bool onBoundary(MStatus* status = nullptr) const;
+
+    // Neighbours go round counter-clockwise from the lowest edge, or from the border.
+    MStatus getConnectedFaces(MIntArray& faces) const;
+    MStatus getConnectedEdges(MIntArray& edges) const;
+    MStatus getConnectedVertices(MIntArray& vertices) const;
+
+    /// The mean of the face-vertex colours, (-1,-1,-1,-1) when there is none.
+    MStatus getColor(MColor& color, const MString* colorSet = nullptr) const;
+
+    /// Different UVs at the vertex.
+    MStatus numUVs(int& count, const MString* uvSet = nullptr) const;
+    /// One per connected face, in their order; -1 for a face that is not mapped.
+    MStatus getUVIndices(MIntArray& ids, const MString* uvSet = nullptr) const;
+    /// One per connected face that is mapped.
+    MStatus getUVs(MFloatArray& us, MFloatArray& vs, MIntArray& faces, const MString* uvSet = nullptr) const;
+    /// That of the first mapped face; `kFailure`, and the argument untouched, when there is none.
+    MStatus getUV(float2& uv, const MString* uvSet = nullptr) const;
+
+  private:
+    bool isHere() const;
+
+    MFnMesh function_;
+    const vesk::geom::Mesh* mesh_ = nullptr;
+    int index_ = 0;
+    mutable std::vector<int> scratch_;
+};
