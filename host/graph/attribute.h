@@ -30,6 +30,12 @@ struct EnumField {
 /// One attribute. Plain data: the API's attribute function sets and the host's own tables both fill it.
 class Attribute : public Object {
   public:
+    /// A child that a handle still holds has no parent from then on.
+    ~Attribute() override {
+        for (const auto& child : children)
+            child->parent = nullptr;
+    }
+
     std::string longName;
     std::string shortName;
     AttrKind kind = AttrKind::Numeric;

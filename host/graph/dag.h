@@ -3,6 +3,7 @@
 
 #include "host/graph/node.h"
 
+#include <maya/MBoundingBox.h>
 #include <maya/MMatrix.h>
 
 #include <string>
@@ -28,6 +29,9 @@ class DagNode : public Node {
     /// Serves `matrix`, `worldMatrix[]`, `parentMatrix[]` and their inverses; other plugs are the derived
     /// type's.
     ComputeResult compute(Cell& requested) override;
+
+    /// What the node itself takes up in its own space, without what stands below it; empty for none. Pulls.
+    virtual MBoundingBox ownBounds() { return {}; }
 
     bool isBelow(const DagNode& ancestor) const;
 
