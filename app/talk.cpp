@@ -1,0 +1,45 @@
+#include "app/talk.h"
+
+#include "host/core/log.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+
+namespace vesk::app {
+
+std::string quotedJson(const std::string& text) {
+    return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+namespace {
+
+const char* levelName(LogLevel level) {
+    switch (level) {
+    case LogLevel::Print: return "print";
+    case LogLevel::Info: return "info";
+    case LogLevel::Warning: return "warning";
+    case LogLevel::Error: return "error";
+    }
+    return "info";
+}
+
+} // namespace
+
+Talk::Talk(bool json) {
+    log().setSink([json](const LogEntry& entry) {
+        if (entry.level == LogLevel::Print) {
+            std::fwrite(entry.text.data(), 1, entry.text.size(), stdout);
+            std::fflush(stdout);
+            return;
+        }
+        const std::string line = json ? "{\"level\": \"" + std::string(levelName(entry.level)) +
+                                            "\", \"text\": " + quotedJson(entry.text) + "}"
+                                      : Log::decorated(entry);
+        std::fprintf(stderr, "%s\n", line.c_str());
+    });
+}
+
+Talk::~Talk() { log().setSink(nullptr); }
+
+} // namespace vesk::app
