@@ -63,6 +63,14 @@ class Attribute : public Object {
     /// Elements live in one flat array on the multi itself, not in a cell each (mesh vertices, UVs ...).
     bool packed = false;
     bool dynamic = false; ///< added to one node by `addAttr`
+};
+
+/// One attribute in its place: below a parent, in a node type (or on one node).
+class Attribute : public Object, public AttributeSettings {
+  public:
+    Attribute() = default;
+    /// A copy of the settings; no parent, no children, no place yet.
+    explicit Attribute(const AttributeSettings& settings) : AttributeSettings(settings) {}
 
     Attribute* parent = nullptr;
     std::vector<Ref<Attribute>> children;
