@@ -58,8 +58,10 @@ class TextCursor {
     }
 
     /// Reads the number that starts right here, by the rule of `vesk::leadingNumber`: "nan" and "inf" are
-    /// none, one too large for a double reads as infinite, one too small as 0. Stays put when there is none.
-    bool number(double& value) noexcept;
+    /// none, one too large for the type reads as infinite, one too small as 0. A float is rounded once, from
+    /// the digits. Stays put when there is none.
+    template <class Real>
+    bool number(Real& value) noexcept;
     /// Sign and decimal digits. Stays put when there is none or it leaves 64 bits.
     bool integer(std::int64_t& value) noexcept;
 
@@ -75,10 +77,11 @@ inline std::size_t lineOf(std::string_view text, const char* place) {
 
 // Bodies.
 
-inline bool TextCursor::number(double& value) noexcept {
+template <class Real>
+bool TextCursor::number(Real& value) noexcept {
     // What most numbers start with goes straight to the conversion; the rest by the general rule.
-    if (at_ != end_ &&
-        (number_text::isDigit(*at_) || (*at_ == '-' && end_ - at_ > 1 && number_text::isDigit(at_[1])))) {
+    const char* const digit = at_ != end_ && *at_ == '-' ? at_ + 1 : at_;
+    if (digit != end_ && (number_text::isDigit(*digit) || *digit == '.')) {
         const auto [end, error] = std::from_chars(at_, end_, value);
         if (error == std::errc()) {
             at_ = end;
@@ -88,7 +91,11 @@ inline bool TextCursor::number(double& value) noexcept {
     if (at_ == end_ || isBlank(*at_)) return false;
     const LeadingNumber found = leadingNumber(rest());
     if (found.length == 0) return false;
-    value = found.value;
+    constexpr double largest = std::numeric_limits<Real>::max();
+    constexpr Real infinity = std::numeric_limits<Real>::infinity();
+    value = found.value > largest    ? infinity
+            : found.value < -largest ? -infinity
+                                     : static_cast<Real>(found.value);
     at_ += found.length;
     return true;
 }
