@@ -23,20 +23,29 @@ struct RawRun {
 };
 
 void declareRun(CLI::App& run, RawRun& raw) {
-    run.add_option("FILE", raw.options.files, "scenes (.ma), scripts (.mel) and geometry (.obj, .ply), in this order")
+    run.add_option("FILE", raw.options.files,
+                   "scenes (.ma), scripts (.mel) and geometry (.obj, .ply), in this order")
         ->required();
-    run.add_option("--get", raw.options.gets, "print a plug's value as JSON, one line a plug")->type_name("PLUG")->allow_extra_args(false);
-    run.add_option("--export", raw.exports, "write geometry or arrays: .obj .ply .npy .json .csv .ma by extension")
-        ->type_name("FILE=PLUG")->allow_extra_args(false);
-    run.add_option("--frames", raw.frames, "evaluate per frame; '#' in an export's name becomes the frame number")
+    run.add_option("--get", raw.options.gets, "print a plug's value as JSON, one line a plug")
+        ->type_name("PLUG")
+        ->allow_extra_args(false);
+    run.add_option("--export", raw.exports,
+                   "write geometry or arrays: .obj .ply .npy .json .csv .ma by extension")
+        ->type_name("FILE=PLUG")
+        ->allow_extra_args(false);
+    run.add_option("--frames", raw.frames,
+                   "evaluate per frame; '#' in an export's name becomes the frame number")
         ->type_name("1-24x2,30");
-    run.add_option("--set", raw.sets, "override a plug before evaluation")->type_name("PLUG=VALUE")->allow_extra_args(false);
+    run.add_option("--set", raw.sets, "override a plug before evaluation")
+        ->type_name("PLUG=VALUE")
+        ->allow_extra_args(false);
     run.add_flag("--time", raw.options.time, "report what each node type cost");
     run.add_flag("--strict", raw.options.strict, "any error logged during evaluation fails the run");
     run.add_flag("--json", raw.options.json, "make data and talk machine-readable");
     run.add_option("--progress", raw.progress, "dialect of progress lines")
         ->check(CLI::IsMember({"percent", "alf", "openjd", "json", "none"}));
-    run.add_option("--plugin", raw.options.plugin, "the plug-in to load, in place of the one beside the command");
+    run.add_option("--plugin", raw.options.plugin,
+                   "the plug-in to load, in place of the one beside the command");
     run.add_flag("--no-plugin", raw.options.noPlugin, "load no plug-in");
     run.add_option("--user-dir", raw.options.userDir, "keep the session's user folders here");
     run.add_flag("--interactive-session", raw.options.interactiveSession,
@@ -45,8 +54,10 @@ void declareRun(CLI::App& run, RawRun& raw) {
 
 RunOptions finished(RawRun raw) {
     RunOptions options = std::move(raw.options);
-    for (const auto& text : raw.exports) options.exports.push_back(parseAssignment("--export", text));
-    for (const auto& text : raw.sets) options.sets.push_back(parseAssignment("--set", text));
+    for (const auto& text : raw.exports)
+        options.exports.push_back(parseAssignment("--export", text));
+    for (const auto& text : raw.sets)
+        options.sets.push_back(parseAssignment("--set", text));
     if (!raw.frames.empty()) options.frames = parseFrames(raw.frames);
     options.progress = raw.progress == "alf"      ? ProgressDialect::Alf
                        : raw.progress == "openjd" ? ProgressDialect::OpenJobDescription
@@ -68,7 +79,8 @@ int dispatch(int argc, char** argv) {
     NodesOptions listing;
     CLI::App* nodes = app.add_subcommand("nodes", "list the plug-in's node types, or the attributes of one");
     nodes->add_option("TYPE", listing.type, "a node type");
-    nodes->add_option("--plugin", listing.plugin, "the plug-in to load, in place of the one beside the command");
+    nodes->add_option("--plugin", listing.plugin,
+                      "the plug-in to load, in place of the one beside the command");
     nodes->add_flag("--json", listing.json, "machine-readable");
     try {
         app.parse(argc, argv);

@@ -36,8 +36,8 @@ void listAll(const graph::TypeRegistry& types, bool json) {
         there += isThere ? 1 : 0;
         const char* classification = row.classification ? row.classification : "";
         if (json) {
-            std::printf("{\"name\": \"%s\", \"typeId\": %u, \"classification\": \"%s\", \"there\": %s}\n", row.name,
-                        row.typeId, classification, isThere ? "true" : "false");
+            std::printf("{\"name\": \"%s\", \"typeId\": %u, \"classification\": \"%s\", \"there\": %s}\n",
+                        row.name, row.typeId, classification, isThere ? "true" : "false");
         } else {
             std::printf("%-26s 0x%06x  %-18s %s\n", row.name, row.typeId, classification,
                         isThere ? "there" : "not written yet");
@@ -51,7 +51,8 @@ std::string typeText(const graph::Attribute& attribute) {
     if (attribute.kind == graph::AttrKind::Enum) {
         text += ':';
         for (const auto& field : attribute.fields) {
-            text += (&field == attribute.fields.data() ? " \"" : ", \"") + field.name + "\"=" + std::to_string(field.value);
+            text += (&field == attribute.fields.data() ? " \"" : ", \"") + field.name +
+                    "\"=" + std::to_string(field.value);
         }
     } else if (attribute.kind == graph::AttrKind::Generic) {
         text += ':';
@@ -118,21 +119,25 @@ void listOne(const graph::NodeType& type, bool json) {
     if (!json) {
         std::printf("%s  type id 0x%06x  classification \"%s\"\n\n", type.name().c_str(), type.typeId,
                     type.classification.c_str());
-        std::printf("%-28s %-10s %-44s %-10s %-22s %s\n", "long name", "short", "type", "default", "limits", "flags");
+        std::printf("%-28s %-10s %-44s %-10s %-22s %s\n", "long name", "short", "type", "default", "limits",
+                    "flags");
     }
     for (const auto& attribute : type.attributes()) {
         int depth = 0;
-        for (const graph::Attribute* up = attribute->parent; up; up = up->parent) ++depth;
+        for (const graph::Attribute* up = attribute->parent; up; up = up->parent)
+            ++depth;
         const std::string name = std::string(static_cast<std::size_t>(2 * depth), ' ') + attribute->longName;
         if (json) {
-            std::printf("{\"long\": %s, \"short\": %s, \"type\": %s, \"default\": %s, \"limits\": %s, \"flags\": %s}\n",
+            std::printf("{\"long\": %s, \"short\": %s, \"type\": %s, \"default\": %s, \"limits\": %s, "
+                        "\"flags\": %s}\n",
                         quotedJson(attribute->longName).c_str(), quotedJson(attribute->shortName).c_str(),
                         quotedJson(typeText(*attribute)).c_str(), quotedJson(defaultText(*attribute)).c_str(),
-                        quotedJson(limitsText(*attribute)).c_str(), quotedJson(flagsText(*attribute)).c_str());
+                        quotedJson(limitsText(*attribute)).c_str(),
+                        quotedJson(flagsText(*attribute)).c_str());
         } else {
             std::printf("%-28s %-10s %-44s %-10s %-22s %s\n", name.c_str(), attribute->shortName.c_str(),
-                        typeText(*attribute).c_str(), defaultText(*attribute).c_str(), limitsText(*attribute).c_str(),
-                        flagsText(*attribute).c_str());
+                        typeText(*attribute).c_str(), defaultText(*attribute).c_str(),
+                        limitsText(*attribute).c_str(), flagsText(*attribute).c_str());
         }
     }
 }
@@ -142,7 +147,8 @@ void listOne(const graph::NodeType& type, bool json) {
 std::string pluginBesideCommand() {
     char path[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    const std::filesystem::path command = length > 0 ? std::string(path, static_cast<std::size_t>(length)) : "vesk";
+    const std::filesystem::path command =
+        length > 0 ? std::string(path, static_cast<std::size_t>(length)) : "vesk";
     return (command.parent_path().parent_path() / "plug-ins" / "Vesk.so").string();
 }
 
@@ -155,7 +161,9 @@ int listNodes(const NodesOptions& options) {
         if (entry.level == LogLevel::Error) std::fprintf(stderr, "%s\n", Log::decorated(entry).c_str());
     });
     Session session;
-    if (auto outcome = session.plugins().load(options.plugin.empty() ? pluginBesideCommand() : options.plugin); !outcome) {
+    if (auto outcome =
+            session.plugins().load(options.plugin.empty() ? pluginBesideCommand() : options.plugin);
+        !outcome) {
         log().error(outcome.error);
         return kFailed;
     }

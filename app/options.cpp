@@ -36,13 +36,16 @@ std::vector<double> parseFrames(const std::string& text) {
         double first = 0, last = 0, step = 1;
         if (!takeNumber(rest, first)) throw fault("expected a frame number, as in 1-24x2,30");
         last = first;
-        if (takeLetter(rest, '-') && !takeNumber(rest, last)) throw fault("expected a frame number after '-'");
+        if (takeLetter(rest, '-') && !takeNumber(rest, last))
+            throw fault("expected a frame number after '-'");
         if (takeLetter(rest, 'x') && !takeNumber(rest, step)) throw fault("expected a step after 'x'");
         if (!(step > 0)) throw fault("the step must be above 0");
         if (last < first) throw fault("a range must not run backwards");
         const double count = std::floor((last - first) / step + 1e-9) + 1;
-        if (count > static_cast<double>(kMostFrames - frames.size())) throw fault("more than a million frames");
-        for (double i = 0; i < count; ++i) frames.push_back(first + i * step);
+        if (count > static_cast<double>(kMostFrames - frames.size()))
+            throw fault("more than a million frames");
+        for (double i = 0; i < count; ++i)
+            frames.push_back(first + i * step);
     } while (takeLetter(rest, ','));
     if (!rest.empty()) throw fault("unexpected text behind a range");
     return frames;

@@ -23,7 +23,7 @@ struct RunOptions {
     std::vector<Assignment> sets;    ///< plug, value
     std::vector<double> frames;      ///< empty: the scene's current time
     ProgressDialect progress = ProgressDialect::Percent;
-    std::string plugin;              ///< empty: the one beside the command
+    std::string plugin; ///< empty: the one beside the command
     std::string userDir;
     bool noPlugin = false;
     bool interactiveSession = false;

@@ -69,7 +69,9 @@ Outcome putData(std::string& line, const Data* data, const std::string& plugName
     } else if (const auto* vectors = dynamic_cast<const VectorArrayData*>(data)) {
         putList(line, vectors->values.read(), [&](const MVector& v) { putNumbers(line, {v.x, v.y, v.z}); });
     } else if (const auto* points = dynamic_cast<const PointArrayData*>(data)) {
-        putList(line, points->values.read(), [&](const MPoint& p) { putNumbers(line, {p.x, p.y, p.z, p.w}); });
+        putList(line, points->values.read(), [&](const MPoint& p) {
+            putNumbers(line, {p.x, p.y, p.z, p.w});
+        });
     } else if (const auto* texts = dynamic_cast<const StringArrayData*>(data)) {
         putList(line, texts->values.read(), [&](const MString& text) { putText(line, text); });
     } else if (const auto* components = dynamic_cast<const ComponentListData*>(data)) {
@@ -108,7 +110,8 @@ Outcome putCell(std::string& line, const graph::Scene& scene, Cell& cell, const 
         line += '[';
         for (std::size_t i = 0; i < cell.attr.children.size(); ++i) {
             if (i > 0) line += ", ";
-            if (auto outcome = putCell(line, scene, cell.child(static_cast<int>(i)), plugName); !outcome) return outcome;
+            if (auto outcome = putCell(line, scene, cell.child(static_cast<int>(i)), plugName); !outcome)
+                return outcome;
         }
         line += ']';
         return {};
@@ -133,7 +136,8 @@ Outcome plugJson(graph::Scene& scene, std::string_view plugName, std::string& li
     if (range.first >= 0 || !range.childPath.empty()) {
         return Outcome::fail("--get '" + name + "': name one plug, not a range");
     }
-    if (!range.plug.attr->readable) return Outcome::fail("--get '" + name + "': the attribute is not readable");
+    if (!range.plug.attr->readable)
+        return Outcome::fail("--get '" + name + "': the attribute is not readable");
     Cell* cell = range.plug.cell();
     if (!cell) return Outcome::fail("--get '" + name + "': an index is missing");
     graph::clean(*cell);

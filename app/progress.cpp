@@ -37,7 +37,9 @@ void Progress::say(double share, std::size_t count) {
         std::fprintf(stderr, "progress: %.0f%% (%zu of %zu)\n", percent, count, total_);
         return;
     case ProgressDialect::Alf: std::fprintf(stderr, "ALF_PROGRESS %.0f%%\n", percent); return;
-    case ProgressDialect::OpenJobDescription: std::fprintf(stderr, "openjd_progress: %.1f\n", percent); return;
+    case ProgressDialect::OpenJobDescription:
+        std::fprintf(stderr, "openjd_progress: %.1f\n", percent);
+        return;
     case ProgressDialect::Json:
         std::fprintf(stderr, "{\"progress\": %.4f, \"done\": %zu, \"total\": %zu}\n", share, count, total_);
         return;

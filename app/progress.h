@@ -7,8 +7,8 @@
 
 namespace vesk::app {
 
-/// Tells on standard error how far a run is: a bar on a terminal, otherwise flushed lines, at most one a second (the
-/// last one always).
+/// Tells on standard error how far a run is: a bar on a terminal, otherwise flushed lines, at most one a
+/// second (the last one always).
 class Progress {
   public:
     Progress(ProgressDialect dialect, std::size_t total);

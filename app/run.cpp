@@ -39,7 +39,8 @@ std::string withFrame(const std::string& name, double frame) {
     const auto last = name.find_last_of('#');
     if (last == std::string::npos) return name;
     auto first = last;
-    while (first > 0 && name[first - 1] == '#') --first;
+    while (first > 0 && name[first - 1] == '#')
+        --first;
     char digits[64];
     const int width = static_cast<int>(last - first + 1);
     if (frame == std::floor(frame)) {
@@ -56,8 +57,10 @@ class Run {
 
     void all() {
         load();
-        for (const auto& file : options_.files) require(session_.runFile(file));
-        for (const auto& set : options_.sets) override(set);
+        for (const auto& file : options_.files)
+            require(session_.runFile(file));
+        for (const auto& set : options_.sets)
+            override(set);
         evaluate();
     }
 
@@ -73,12 +76,13 @@ class Run {
     void override(const Assignment& set) {
         const auto range = graph::findPlug(session_.scene(), set.left);
         require(Outcome{range.error});
-        const bool isText = range.plug.attr->kind == graph::AttrKind::Typed &&
-                            range.plug.attr->dataType == MFnData::kString;
+        const bool isText =
+            range.plug.attr->kind == graph::AttrKind::Typed && range.plug.attr->dataType == MFnData::kString;
         std::string command = "setAttr ";
         if (isText) {
             std::string quoted;
-            for (const char c : set.right) quoted += c == '"' || c == '\\' ? std::string{'\\', c} : std::string{c};
+            for (const char c : set.right)
+                quoted += c == '"' || c == '\\' ? std::string{'\\', c} : std::string{c};
             command += "-type \"string\" " + set.left + " \"" + quoted + "\"";
         } else {
             command += set.left + " " + set.right;
@@ -88,15 +92,18 @@ class Run {
 
     void evaluate() {
         if (options_.gets.empty() && options_.exports.empty()) return;
-        for (const auto& one : options_.exports) require(scene::checkExportName(one.left));
-        const auto frames = options_.frames.empty() ? std::vector<double>{session_.scene().frame()} : options_.frames;
+        for (const auto& one : options_.exports)
+            require(scene::checkExportName(one.left));
+        const auto frames =
+            options_.frames.empty() ? std::vector<double>{session_.scene().frame()} : options_.frames;
         checkNames(frames.size());
         Progress progress(options_.frames.empty() ? ProgressDialect::None : options_.progress, frames.size());
         std::size_t count = 0;
         for (const double frame : frames) {
             if (interrupted) return;
             if (!options_.frames.empty()) session_.scene().setFrame(frame);
-            for (const auto& plug : options_.gets) print(plug, frame);
+            for (const auto& plug : options_.gets)
+                print(plug, frame);
             for (const auto& one : options_.exports) {
                 if (interrupted) return;
                 const std::string file = withFrame(one.left, frame);
@@ -113,7 +120,8 @@ class Run {
         if (frameCount < 2) return;
         for (const auto& one : options_.exports) {
             if (one.left.find('#') != std::string::npos) continue;
-            require(Outcome::fail("--export '" + one.left + "': several frames need a '#' in the file's name"));
+            require(
+                Outcome::fail("--export '" + one.left + "': several frames need a '#' in the file's name"));
         }
     }
 
@@ -122,7 +130,8 @@ class Run {
         require(plugJson(session_.scene(), plug, line));
         if (options_.json) {
             const std::string at = options_.frames.empty() ? "" : ", \"frame\": " + frameText(frame);
-            std::printf("{\"plug\": %s%s, \"value\": %s}\n", quotedJson(plug).c_str(), at.c_str(), line.c_str());
+            std::printf("{\"plug\": %s%s, \"value\": %s}\n", quotedJson(plug).c_str(), at.c_str(),
+                        line.c_str());
         } else {
             std::printf("%s\n", line.c_str());
         }
@@ -139,12 +148,15 @@ class Run {
 };
 
 void reportCosts(const graph::Scene& scene) {
-    std::vector<std::pair<std::string, graph::Cost>> rows(scene.profile.byType.begin(), scene.profile.byType.end());
-    std::stable_sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.second.own > b.second.own; });
+    std::vector<std::pair<std::string, graph::Cost>> rows(scene.profile.byType.begin(),
+                                                          scene.profile.byType.end());
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const auto& a, const auto& b) { return a.second.own > b.second.own; });
     std::fprintf(stderr, "%-28s %10s %14s %14s\n", "node type", "computes", "own ms", "with inputs ms");
     for (const auto& [type, cost] : rows) {
         std::fprintf(stderr, "%-28s %10zu %14.3f %14.3f\n", type.c_str(), cost.computes,
-                     static_cast<double>(cost.own.count()) / 1e6, static_cast<double>(cost.total.count()) / 1e6);
+                     static_cast<double>(cost.own.count()) / 1e6,
+                     static_cast<double>(cost.total.count()) / 1e6);
     }
 }
 
@@ -176,7 +188,9 @@ int runScenes(const RunOptions& options) {
     failed = failed || (options.strict && log().errorCount() > 0);
     if (!failed && run.written() > 0) {
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-        std::fprintf(stderr, options.json ? "{\"written\": %zu, \"seconds\": %.3f}\n" : "vesk: %zu file(s) written in %.2f s\n",
+        std::fprintf(stderr,
+                     options.json ? "{\"written\": %zu, \"seconds\": %.3f}\n"
+                                  : "vesk: %zu file(s) written in %.2f s\n",
                      run.written(), took.count());
     }
     return failed ? kFailed : kAllDone;

@@ -4,8 +4,8 @@
 
 namespace vesk::app {
 
-/// While alive, sends the log where it belongs: `print` to standard output, all other talk to standard error, each as
-/// the host's script window shows it, or as one JSON object a line.
+/// While alive, sends the log where it belongs: `print` to standard output, all other talk to standard error,
+/// each as the host's script window shows it, or as one JSON object a line.
 class Talk {
   public:
     explicit Talk(bool json);

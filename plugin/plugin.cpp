@@ -1,4 +1,5 @@
-// Entry points: what happens when the host loads and unloads the library, step by step in the contract's order.
+// Entry points: what happens when the host loads and unloads the library, step by step in the contract's
+// order.
 
 #include "plugin/registry.h"
 #include "plugin/scripts.h"
@@ -26,8 +27,8 @@ MStatus registerNodes(MFnPlugin& plugin) {
     for (const NodeRow& row : nodeRows()) {
         if (!row.isWritten()) continue;
         const MString classification(row.classification ? row.classification : "");
-        status = plugin.registerNode(row.name, MTypeId(row.typeId), row.creator, row.initialize,
-                                     row.type, row.classification ? &classification : nullptr);
+        status = plugin.registerNode(row.name, MTypeId(row.typeId), row.creator, row.initialize, row.type,
+                                     row.classification ? &classification : nullptr);
         if (!status) {
             status.perror("registerNode");
             return status;
@@ -52,7 +53,8 @@ void printBanner() {
         "    The examples team",
         "",
     };
-    for (const char* line : kLines) MGlobal::displayInfo(line);
+    for (const char* line : kLines)
+        MGlobal::displayInfo(line);
 }
 
 MString text(std::string_view carried) { return MString(carried.data(), static_cast<int>(carried.size())); }
@@ -79,7 +81,8 @@ void writeFile(const MString& path, std::string_view content) {
 /// The reload takes the text of this load, also in a second one; the source then leaves the disk.
 void importTool(const char* module, const MString& folder) {
     const MString name(module);
-    runPython("import " + name + " as " + name + "; reload(" + name + "); os.remove('" + folder + name + ".py')");
+    runPython("import " + name + " as " + name + "; reload(" + name + "); os.remove('" + folder + name +
+              ".py')");
 }
 
 void writeTools() {

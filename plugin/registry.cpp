@@ -10,7 +10,7 @@ namespace {
 
 #define VESK_CLASS_written(name) &name::creator, &name::initialize
 #define VESK_CLASS_planned(name) nullptr, nullptr
-#define NODE(name, typeId, kind, classification, state)                                                                \
+#define NODE(name, typeId, kind, classification, state)                                                      \
     {#name, typeId, MPxNode::kind, classification, VESK_CLASS_##state(name)},
 
 constexpr NodeRow kRows[] = {

@@ -11,7 +11,7 @@ extern const std::string_view toolsPython;             ///< tool classes, among 
 extern const std::string_view iconsDesignerPython;
 extern const std::string_view iconsDesignerUi;
 extern const std::string_view iconsDesignerHelp;
-extern const std::string_view iconsConfiguration;      ///< the default icons.cfg
+extern const std::string_view iconsConfiguration; ///< the default icons.cfg
 extern const std::string_view slidersManagerPython;
 extern const std::string_view slidersManagerHelp;
 extern const std::string_view displayDriverManagerHelp;

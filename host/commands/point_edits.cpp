@@ -27,7 +27,9 @@ ShapePlugs plugsOf(const graph::Node& shape) {
     throw mel::Error("'" + shape.uniqueName() + "' has no points that can be reached.");
 }
 
-Ref<Data> outputOf(graph::Node& shape) { return graph::pullData(shape.cell(*shape.findAttribute(plugsOf(shape).output))); }
+Ref<Data> outputOf(graph::Node& shape) {
+    return graph::pullData(shape.cell(*shape.findAttribute(plugsOf(shape).output)));
+}
 
 /// Flat indices of the points that a component stands for.
 std::vector<int> indicesOf(const Component& component, const Data* data) {
@@ -40,7 +42,8 @@ std::vector<int> indicesOf(const Component& component, const Data* data) {
                            : curve   ? curve->geometry().numCVs()
                                      : 0;
     if (component.isUnsized()) {
-        for (int i = 0; i < pointCount; ++i) indices.push_back(i);
+        for (int i = 0; i < pointCount; ++i)
+            indices.push_back(i);
         return indices;
     }
     if (const auto* pairs = dynamic_cast<const DoubleComponent*>(&component); pairs && surface) {
@@ -56,7 +59,8 @@ std::vector<int> indicesOf(const Component& component, const Data* data) {
         const int id = single->at(i)[0];
         if (mesh && component.apiType() == MFn::kMeshPolygonComponent) {
             if (!mesh->geometry().topology().hasFace(id)) continue;
-            for (const int vertex : mesh->geometry().topology().verticesOfFace(id)) indices.push_back(vertex);
+            for (const int vertex : mesh->geometry().topology().verticesOfFace(id))
+                indices.push_back(vertex);
         } else if (mesh && component.apiType() == MFn::kMeshEdgeComponent) {
             if (!mesh->geometry().topology().hasEdge(id)) continue;
             const auto& edge = mesh->geometry().topology().edges()[static_cast<std::size_t>(id)];
@@ -75,7 +79,8 @@ MPoint pointAt(const Data* data, int index) {
     const auto at = static_cast<std::size_t>(index);
     if (const auto* mesh = dynamic_cast<const MeshData*>(data)) return MPoint(mesh->geometry().point(index));
     if (const auto* curve = dynamic_cast<const NurbsCurveData*>(data)) return curve->geometry().cvs()[at];
-    if (const auto* surface = dynamic_cast<const NurbsSurfaceData*>(data)) return surface->geometry().cvs()[at];
+    if (const auto* surface = dynamic_cast<const NurbsSurfaceData*>(data))
+        return surface->geometry().cvs()[at];
     return MPoint();
 }
 
@@ -83,7 +88,8 @@ MPoint pointAt(const Data* data, int index) {
 void addTweaks(graph::Node& shape, const std::vector<int>& indices, const std::vector<double>& offsets) {
     Cell& tweaks = shape.cell(*shape.findAttribute(plugsOf(shape).tweaks));
     Ref<PackedFloats> packed(dynamic_cast<PackedFloats*>(tweaks.data.get()));
-    packed = packed ? Ref<PackedFloats>(static_cast<PackedFloats*>(packed->clone().get())) : makeRef<PackedFloats>(3);
+    packed = packed ? Ref<PackedFloats>(static_cast<PackedFloats*>(packed->clone().get()))
+                    : makeRef<PackedFloats>(3);
     auto& values = packed->write();
     const std::size_t needed = 3 * (static_cast<std::size_t>(indices.back()) + 1);
     if (values.size() < needed) values.resize(needed, 0.0F);
@@ -100,7 +106,8 @@ void addTweaks(graph::Node& shape, const std::vector<int>& indices, const std::v
 
 std::vector<SelectionItem> pointsNamed(const CommandContext& context, std::string_view name) {
     auto items = graph::resolve(context.scene, name);
-    std::erase_if(items, [](const SelectionItem& item) { return !dynamic_cast<Component*>(item.component.get()); });
+    std::erase_if(items,
+                  [](const SelectionItem& item) { return !dynamic_cast<Component*>(item.component.get()); });
     if (items.empty()) throw mel::Error("No points match name: " + std::string(name));
     return items;
 }
@@ -117,7 +124,8 @@ std::vector<MPoint> readPoints(const std::vector<SelectionItem>& points, bool wo
     return positions;
 }
 
-void editPoints(const std::vector<SelectionItem>& points, bool world, const std::function<MPoint(const MPoint&)>& change) {
+void editPoints(const std::vector<SelectionItem>& points, bool world,
+                const std::function<MPoint(const MPoint&)>& change) {
     for (const auto& item : points) {
         const Ref<Data> data = outputOf(*item.node);
         const auto indices = indicesOf(static_cast<Component&>(*item.component), data.get());
@@ -129,7 +137,8 @@ void editPoints(const std::vector<SelectionItem>& points, bool world, const std:
         for (const int index : indices) {
             const MPoint now = pointAt(data.get(), index);
             const MPoint to = change(now * matrix) * back;
-            for (const double offset : {to.x - now.x, to.y - now.y, to.z - now.z}) offsets.push_back(offset);
+            for (const double offset : {to.x - now.x, to.y - now.y, to.z - now.z})
+                offsets.push_back(offset);
         }
         addTweaks(*item.node, indices, offsets);
     }

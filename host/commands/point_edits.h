@@ -10,8 +10,8 @@
 
 namespace vesk::commands {
 
-/// Components of shapes that a name such as `pCube1.vtx[0:3]`, `curve1.cv[2]` means. Faces and edges stand for their
-/// vertices. Throws `mel::Error` when there are none.
+/// Components of shapes that a name such as `pCube1.vtx[0:3]`, `curve1.cv[2]` means. Faces and edges stand
+/// for their vertices. Throws `mel::Error` when there are none.
 std::vector<graph::SelectionItem> pointsNamed(const CommandContext& context, std::string_view name);
 
 /// Positions in the order of the components, in object or world space.

@@ -27,15 +27,9 @@ struct EnumField {
     short value;
 };
 
-/// One attribute. Plain data: the API's attribute function sets and the host's own tables both fill it.
-class Attribute : public Object {
-  public:
-    /// A child that a handle still holds has no parent from then on.
-    ~Attribute() override {
-        for (const auto& child : children)
-            child->parent = nullptr;
-    }
-
+/// What an attribute is, apart from its place. Plain data: the API's attribute function sets and the host's
+/// own tables both fill it.
+struct AttributeSettings {
     std::string longName;
     std::string shortName;
     AttrKind kind = AttrKind::Numeric;
@@ -71,6 +65,11 @@ class Attribute : public Object, public AttributeSettings {
     Attribute() = default;
     /// A copy of the settings; no parent, no children, no place yet.
     explicit Attribute(const AttributeSettings& settings) : AttributeSettings(settings) {}
+    /// A child that a handle still holds has no parent from then on.
+    ~Attribute() override {
+        for (const auto& child : children)
+            child->parent = nullptr;
+    }
 
     Attribute* parent = nullptr;
     std::vector<Ref<Attribute>> children;

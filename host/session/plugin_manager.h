@@ -1,8 +1,8 @@
 #pragma once
 // Loads and unloads plug-ins by their entry points.
 
-#include "host/core/outcome.h"
 #include "host/core/object.h"
+#include "host/core/outcome.h"
 #include "host/graph/node_type.h"
 
 #include <filesystem>
@@ -28,13 +28,14 @@ struct PluginInfo {
 
 class PluginManager {
   public:
-    PluginManager(graph::TypeRegistry& types, graph::Scene& scene, std::vector<std::filesystem::path> searchPath);
+    PluginManager(graph::TypeRegistry& types, graph::Scene& scene,
+                  std::vector<std::filesystem::path> searchPath);
     ~PluginManager();
     PluginManager(const PluginManager&) = delete;
     PluginManager& operator=(const PluginManager&) = delete;
 
-    /// A path, or a name that is looked for on the search path with the platform's extension. Loading twice does
-    /// nothing. On failure the session goes on; node types registered before the failure stay.
+    /// A path, or a name that is looked for on the search path with the platform's extension. Loading twice
+    /// does nothing. On failure the session goes on; node types registered before the failure stay.
     Outcome load(const std::string& pathOrName, std::string* name = nullptr);
     /// Refused while nodes of its types exist, unless forced: they become placeholders that keep their data.
     Outcome unload(const std::string& name, bool force = false);

@@ -30,7 +30,8 @@ UserFolders::UserFolders(const fs::path& root) : isOurs_(root.empty()) {
         std::error_code failure;
         fs::create_directories(root_ / name, failure);
         if (failure) {
-            throw std::runtime_error("cannot make the folder '" + (root_ / name).string() + "': " + failure.message());
+            throw std::runtime_error("cannot make the folder '" + (root_ / name).string() +
+                                     "': " + failure.message());
         }
     }
 }

@@ -54,8 +54,8 @@ Row AttributeTable::declare(MObject& attribute, const MObject& made) {
 }
 
 Row AttributeTable::boolean(MObject& attribute, const char* longName, const char* shortName, bool value) {
-    return declare(attribute, MFnNumericAttribute().create(longName, shortName, MFnNumericData::kBoolean, value,
-                                                           &status_));
+    return declare(attribute, MFnNumericAttribute().create(longName, shortName, MFnNumericData::kBoolean,
+                                                           value, &status_));
 }
 
 Row AttributeTable::integer(MObject& attribute, const char* longName, const char* shortName, int value) {
@@ -67,7 +67,8 @@ Row AttributeTable::string(MObject& attribute, const char* longName, const char*
     return typed(attribute, longName, shortName, MFnData::kString);
 }
 
-Row AttributeTable::typed(MObject& attribute, const char* longName, const char* shortName, MFnData::Type type) {
+Row AttributeTable::typed(MObject& attribute, const char* longName, const char* shortName,
+                          MFnData::Type type) {
     return declare(attribute,
                    MFnTypedAttribute().create(longName, shortName, type, MObject::kNullObj, &status_));
 }
@@ -76,7 +77,8 @@ Row AttributeTable::generic(MObject& attribute, const char* longName, const char
                             std::initializer_list<MFnData::Type> accepts) {
     MFnGenericAttribute maker;
     Row row = declare(attribute, maker.create(longName, shortName, &status_));
-    for (MFnData::Type type : accepts) maker.addDataAccept(type);
+    for (MFnData::Type type : accepts)
+        maker.addDataAccept(type);
     return row;
 }
 
@@ -85,7 +87,8 @@ Row AttributeTable::enumeration(MObject& attribute, const char* longName, const 
     MFnEnumAttribute maker;
     Row row = declare(attribute, maker.create(longName, shortName, value, &status_));
     short number = 0;
-    for (const char* field : fields) maker.addField(field, number++);
+    for (const char* field : fields)
+        maker.addField(field, number++);
     return row;
 }
 
@@ -97,7 +100,8 @@ MStatus AttributeTable::finish() {
         if (in.isOutput) continue;
         for (const auto& out : rows_) {
             if (!out.isOutput) continue;
-            if (const MStatus status = MPxNode::attributeAffects(*in.attribute, *out.attribute); !status) return status;
+            if (const MStatus status = MPxNode::attributeAffects(*in.attribute, *out.attribute); !status)
+                return status;
         }
     }
     return MS::kSuccess;

@@ -11,8 +11,8 @@
 
 namespace vesk::nodes {
 
-/// Collects the attributes of a node type during its `initialize`. `finish` adds them in the order of declaration
-/// and ties every input to every output.
+/// Collects the attributes of a node type during its `initialize`. `finish` adds them in the order of
+/// declaration and ties every input to every output.
 class AttributeTable {
   public:
     /// Settings of the row declared last.

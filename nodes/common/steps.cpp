@@ -31,7 +31,8 @@ MObject geometryIn(MDataHandle& handle, short coordinateSystem) {
     switch (handle.type()) {
     case MFnData::kMesh: return isWorld ? handle.asMeshTransformed() : handle.asMesh();
     case MFnData::kNurbsCurve: return isWorld ? handle.asNurbsCurveTransformed() : handle.asNurbsCurve();
-    case MFnData::kNurbsSurface: return isWorld ? handle.asNurbsSurfaceTransformed() : handle.asNurbsSurface();
+    case MFnData::kNurbsSurface:
+        return isWorld ? handle.asNurbsSurfaceTransformed() : handle.asNurbsSurface();
     default: return MObject::kNullObj;
     }
 }
@@ -78,7 +79,8 @@ std::vector<char> PointSelection::mask(MFn::Type pointKind, unsigned pointCount,
         if (single.isComplete()) return std::vector<char>(pointCount, 1);
         MIntArray ids;
         single.getElements(ids);
-        for (unsigned i = 0; i < ids.length(); ++i) choose(static_cast<unsigned>(ids[i]));
+        for (unsigned i = 0; i < ids.length(); ++i)
+            choose(static_cast<unsigned>(ids[i]));
     } else if (const MFnDoubleIndexedComponent pairs(component, &status); status) {
         if (pairs.isComplete()) return std::vector<char>(pointCount, 1);
         MIntArray us, vs;

@@ -1,5 +1,6 @@
 #pragma once
-// The steps that every compute repeats. A node names the variant it has; what it does with the answer is its own.
+// The steps that every compute repeats. A node names the variant it has; what it does with the answer is its
+// own.
 
 #include <maya/MDataBlock.h>
 #include <maya/MDataHandle.h>
@@ -35,8 +36,8 @@ MString nodeName(const MPxNode& node, const MObject& anyAttribute);
 /// Writes `nodeName: text` as a warning of the host.
 void warn(const MString& nodeName, const char* text);
 
-/// The geometry of a generic input in the space of `coordinateSystem`: world takes the transformed form, object the
-/// plain one. Null for data that is no mesh, curve or surface.
+/// The geometry of a generic input in the space of `coordinateSystem`: world takes the transformed form,
+/// object the plain one. Null for data that is no mesh, curve or surface.
 MObject geometryIn(MDataHandle& handle, short coordinateSystem);
 
 /// Points chosen by `useComponents`. Without a selection every point is in.
@@ -46,7 +47,8 @@ class PointSelection {
     PointSelection() = default;
     /// The first entry of a component list, or a component itself; anything else (null, ids) selects nothing.
     static PointSelection ofComponents(MObject components);
-    /// The object group of the geometry's data; nothing when the id is negative or the geometry has no such group.
+    /// The object group of the geometry's data; nothing when the id is negative or the geometry has no such
+    /// group.
     static PointSelection ofObjectGroup(const MObject& geometryData, int groupId);
 
     bool isEverything() const { return everything_; }
@@ -76,8 +78,8 @@ class QuietCommands {
     int echo_;
 };
 
-/// A mesh in place of the surface that feeds `input`, with one vertex a CV, made by the host's own tessellation
-/// through temporary nodes. Null when nothing feeds the plug.
+/// A mesh in place of the surface that feeds `input`, with one vertex a CV, made by the host's own
+/// tessellation through temporary nodes. Null when nothing feeds the plug.
 MObject surfaceAsMesh(const MPlug& input);
 /// A ribbon in place of the curve that feeds `input`: two vertices a CV, the even ones at the CVs.
 MObject curveAsMesh(const MPlug& input);

@@ -18,8 +18,10 @@ namespace {
 using namespace vesk::nodes;
 using Self = pointAttributeToArray;
 
-constexpr const char* kNoParticleGroups = "Object groups are not supported for particles. Use components list instead.";
-constexpr const char* kNoGroups = "Object groups are not supported for vector arrays. Use components list instead.";
+constexpr const char* kNoParticleGroups =
+    "Object groups are not supported for particles. Use components list instead.";
+constexpr const char* kNoGroups =
+    "Object groups are not supported for vector arrays. Use components list instead.";
 constexpr const char* kPeriodic = "The geometry at the input is a periodic nurbs surface. Rebuild using the "
                                   "\"End Conditions\" / \"Multiple Knots\" options.";
 
@@ -70,8 +72,9 @@ struct Outputs {
     ArrayOutput<MFnDoubleArrayData, MDoubleArray> maps, sharedMaps;
 
     PointArrays arrays() {
-        return {ids.values,  positions.values, rotations.values, normals.values, binormals.values, tangents.values,
-                rgba.values, mapCounts.values, mapIds.values,    maps.values,    sharedMaps.values};
+        return {ids.values,       positions.values, rotations.values, normals.values,
+                binormals.values, tangents.values,  rgba.values,      mapCounts.values,
+                mapIds.values,    maps.values,      sharedMaps.values};
     }
 
     void handOver(MDataBlock& block) {
@@ -89,7 +92,8 @@ struct Outputs {
     }
 };
 
-// --- particles -------------------------------------------------------------------------------------------------------
+// --- particles
+// -------------------------------------------------------------------------------------------------------
 
 /// Particles yield positions alone, whatever is switched on.
 void readParticles(MDataBlock& block, const Request& request, MVectorArray& positions) {
@@ -104,18 +108,21 @@ void readParticles(MDataBlock& block, const Request& request, MVectorArray& posi
     const unsigned count = particles.length();
     for (unsigned i = 0; i < ids.length(); ++i) {
         const int id = ids[i];
-        if (id >= 0 && static_cast<unsigned>(id) < count) positions.append(particles[static_cast<unsigned>(id)]);
+        if (id >= 0 && static_cast<unsigned>(id) < count)
+            positions.append(particles[static_cast<unsigned>(id)]);
     }
 }
 
-// --- geometry with points --------------------------------------------------------------------------------------------
+// --- geometry with points
+// --------------------------------------------------------------------------------------------
 
 /// Corners at each vertex, in the order of the vertex's connected faces.
 void readCorners(MObject& mesh, const MFnMesh& faces, PointGeometry& geometry) {
     MIntArray counts, vertices;
     faces.getVertices(counts, vertices);
     std::vector<unsigned> faceStart(counts.length() + 1, 0);
-    for (unsigned f = 0; f < counts.length(); ++f) faceStart[f + 1] = faceStart[f] + static_cast<unsigned>(counts[f]);
+    for (unsigned f = 0; f < counts.length(); ++f)
+        faceStart[f + 1] = faceStart[f] + static_cast<unsigned>(counts[f]);
     geometry.cornerStart.reserve(static_cast<std::size_t>(faces.numVertices()) + 1);
     geometry.corners.reserve(vertices.length());
     geometry.cornerStart.push_back(0);
@@ -125,7 +132,8 @@ void readCorners(MObject& mesh, const MFnMesh& faces, PointGeometry& geometry) {
         const int id = vertex.index();
         for (unsigned i = 0; i < around.length(); ++i) {
             unsigned corner = faceStart[static_cast<unsigned>(around[i])];
-            while (vertices[corner] != id) ++corner;
+            while (vertices[corner] != id)
+                ++corner;
             geometry.corners.push_back(corner);
         }
         geometry.cornerStart.push_back(static_cast<unsigned>(geometry.corners.size()));
@@ -141,7 +149,8 @@ void readMap(const MFnMesh& mesh, const MString* uvSet, PointGeometry& geometry)
     unsigned next = 0;
     for (unsigned face = 0; face < counts.length(); ++face) {
         const int corners = mesh.polygonVertexCount(static_cast<int>(face));
-        for (int i = 0; i < corners; ++i) geometry.cornerUvIds.push_back(counts[face] > 0 ? ids[next++] : -1);
+        for (int i = 0; i < corners; ++i)
+            geometry.cornerUvIds.push_back(counts[face] > 0 ? ids[next++] : -1);
     }
 }
 
@@ -159,16 +168,18 @@ void checkUvSet(const MFnMesh& mesh, const Request& request) {
     warn(request.name, ("Cannot find uvSet named \"" + request.uvSet + "\".").asChar());
 }
 
-/// What the settings ask of a mesh. All queries are in the mesh's own space and in world space alike: the geometry
-/// was taken from the input in the space of `coordinateSystem`.
+/// What the settings ask of a mesh. All queries are in the mesh's own space and in world space alike: the
+/// geometry was taken from the input in the space of `coordinateSystem`.
 void readMesh(MObject& mesh, const Request& request, PointGeometry& geometry) {
-    const MSpace::Space space = request.coordinateSystem == kWorldCoordinates ? MSpace::kWorld : MSpace::kObject;
+    const MSpace::Space space =
+        request.coordinateSystem == kWorldCoordinates ? MSpace::kWorld : MSpace::kObject;
     const PointSettings& s = request.settings;
     const MFnMesh function(mesh);
     const MString* uvSet = request.uvSet.length() > 0 ? &request.uvSet : nullptr;
     const MString* colorSet = request.colorSet.length() > 0 ? &request.colorSet : nullptr;
     if (s.position) function.getPoints(geometry.positions, space);
-    if (s.rotation || (s.normal && s.averagedNormals)) function.getVertexNormals(false, geometry.vertexNormals, space);
+    if (s.rotation || (s.normal && s.averagedNormals))
+        function.getVertexNormals(false, geometry.vertexNormals, space);
     if (s.rotation || s.normal || s.binormal || s.tangent || s.mapData) readCorners(mesh, function, geometry);
     if (s.normal && !s.averagedNormals) function.getFaceVertexNormals(geometry.cornerNormals, space);
     if (s.rotation || s.tangent) function.getTangents(geometry.cornerTangents, space, uvSet);
@@ -179,9 +190,11 @@ void readMesh(MObject& mesh, const Request& request, PointGeometry& geometry) {
 
 /// Curves and surfaces that nothing feeds have no mesh: positions and ids are all that there is to read.
 void readPointsAlone(MDataHandle& handle, const Request& request, Outputs& out, PointGeometry& geometry) {
-    const MSpace::Space space = request.coordinateSystem == kWorldCoordinates ? MSpace::kWorld : MSpace::kObject;
+    const MSpace::Space space =
+        request.coordinateSystem == kWorldCoordinates ? MSpace::kWorld : MSpace::kObject;
     geometry.verticesPerPoint = 1;
-    for (MItGeometry point(handle); !point.isDone(); point.next()) geometry.positions.append(point.position(space));
+    for (MItGeometry point(handle); !point.isDone(); point.next())
+        geometry.positions.append(point.position(space));
     geometry.pointCount = geometry.positions.length();
     PointSettings positionsOnly;
     positionsOnly.position = request.settings.position;
@@ -233,10 +246,10 @@ void readGeometry(const MPxNode& node, MDataBlock& block, const Request& request
 }
 
 bool isOutput(const MPlug& plug) {
-    const MObject* const outputs[] = {&Self::outIdPP,         &Self::outPositionPP, &Self::outRotationPP,
-                                      &Self::outNormalPP,     &Self::outBinormalPP, &Self::outTangentPP,
-                                      &Self::outRgbaPP,       &Self::outMapCountPP, &Self::outMapIdPP,
-                                      &Self::outMapPP,        &Self::outSharedMapPP};
+    const MObject* const outputs[] = {&Self::outIdPP,     &Self::outPositionPP, &Self::outRotationPP,
+                                      &Self::outNormalPP, &Self::outBinormalPP, &Self::outTangentPP,
+                                      &Self::outRgbaPP,   &Self::outMapCountPP, &Self::outMapIdPP,
+                                      &Self::outMapPP,    &Self::outSharedMapPP};
     return std::any_of(std::begin(outputs), std::end(outputs),
                        [&](const MObject* attribute) { return plug == *attribute; });
 }
@@ -311,7 +324,8 @@ MStatus pointAttributeToArray::initialize() {
     t.enumeration(coordinateSystem, "coordinateSystem", "cs", {"World", "Object"}).keyable();
     t.string(colorSet, "colorSet", "clrs").keyable();
     t.string(uvSet, "uvSet", "uvs").keyable();
-    t.enumeration(useComponents, "useComponents", "uc", {"None", "Input Component List", "Input Object Group"})
+    t.enumeration(useComponents, "useComponents", "uc",
+                  {"None", "Input Component List", "Input Object Group"})
         .keyable();
     t.integer(groupId, "groupId", "gid", -1).keyable();
     t.boolean(prune, "prune", "p", true).keyable();

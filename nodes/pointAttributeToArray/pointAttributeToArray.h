@@ -3,9 +3,9 @@
 #include <maya/MPxNode.h>
 #include <maya/MTypeId.h>
 
-/// Where per-point data begins: a mesh, curve, surface or particle position array comes in, and the attributes
-/// whose switches are on go out as flat arrays in the order of the geometry's points. Downstream nodes work on
-/// arrays alone and never see the geometry.
+/// Where per-point data begins: a mesh, curve, surface or particle position array comes in, and the
+/// attributes whose switches are on go out as flat arrays in the order of the geometry's points. Downstream
+/// nodes work on arrays alone and never see the geometry.
 class pointAttributeToArray : public MPxNode {
   public:
     static MObject inGeometry;

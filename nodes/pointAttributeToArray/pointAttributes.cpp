@@ -10,8 +10,8 @@ namespace vesk::nodes {
 
 namespace {
 
-constexpr double kShortest = 0.00001;       ///< below this a sum of directions has cancelled out
-constexpr double kSmallestAngle = 0.01;     ///< radians between normal and tangent
+constexpr double kShortest = 0.00001;   ///< below this a sum of directions has cancelled out
+constexpr double kSmallestAngle = 0.01; ///< radians between normal and tangent
 constexpr double kLargestAngle = 3.13;
 constexpr double kDegreesPerRadian = 57.29582;
 
@@ -34,7 +34,8 @@ struct Corners {
 class Walk {
   public:
     Walk(const PointGeometry& geometry, const PointSettings& settings, PointArrays& out)
-        : geometry_(geometry), settings_(settings), out_(out), normalOffset_(std::max(settings.normalIdOffset, 0)),
+        : geometry_(geometry), settings_(settings), out_(out),
+          normalOffset_(std::max(settings.normalIdOffset, 0)),
           binormalOffset_(std::max(settings.binormalIdOffset, 0)),
           tangentOffset_(std::max(settings.tangentIdOffset, 0)),
           rows_(kRowOrders[std::clamp(settings.rotationOrder, 0, 5)]) {}
@@ -94,7 +95,8 @@ class Walk {
 
     /// Adds the corners' vectors to the running sum and brings it to unit length.
     static const MVector& sum(MVector& running, const MFloatVectorArray& vectors, Corners corners) {
-        for (unsigned i = 0; i < corners.count; ++i) running += MVector(vectors[corners.first[i]]);
+        for (unsigned i = 0; i < corners.count; ++i)
+            running += MVector(vectors[corners.first[i]]);
         if (running.length() < kShortest) {
             running = corners.count > 0 ? MVector(vectors[corners.first[0]]) : MVector(0, 1, 0);
         }
@@ -123,7 +125,8 @@ class Walk {
         MMatrix matrix;
         for (unsigned row = 0; row < 3; ++row) {
             const MVector& axis = axes[rows_[row]];
-            for (unsigned column = 0; column < 3; ++column) matrix[row][column] = axis[column];
+            for (unsigned column = 0; column < 3; ++column)
+                matrix[row][column] = axis[column];
         }
         double angles[3] = {0, 0, 0};
         MTransformationMatrix::RotationOrder order = MTransformationMatrix::kXYZ;
@@ -141,7 +144,8 @@ class Walk {
     }
 
     void noColor() {
-        for (int i = 0; i < 4; ++i) out_.rgba.append(0.0);
+        for (int i = 0; i < 4; ++i)
+            out_.rgba.append(0.0);
     }
 
     void color(unsigned vertex) {

@@ -46,7 +46,8 @@ template <class Points>
 std::vector<MFloatVector> toStored(const Points& points, const MMatrix* toWorld) {
     std::vector<MFloatVector> stored;
     stored.reserve(points.length());
-    for (const auto& point : storage(points)) stored.push_back(toFloat(point));
+    for (const auto& point : storage(points))
+        stored.push_back(toFloat(point));
     return toWorld ? vesk::geom::transformedPoints(stored, toWorld->inverse()) : stored;
 }
 
@@ -90,7 +91,9 @@ MFnMesh::MFnMesh(const MDagPath& path, MStatus* status) {
     shape_ = path.node();
 }
 
-bool MFnMesh::accepts(const vesk::Object& object) const { return dynamic_cast<const MeshData*>(&object) != nullptr; }
+bool MFnMesh::accepts(const vesk::Object& object) const {
+    return dynamic_cast<const MeshData*>(&object) != nullptr;
+}
 
 const Mesh* MFnMesh::mesh() const {
     return object_.isNull() ? nullptr : &static_cast<MeshData*>(object_.hostObject())->geometry();
@@ -108,7 +111,8 @@ const MMatrix* MFnMesh::matrixFor(MSpace::Space space) const {
     return data->hasMatrix() ? &data->matrix() : nullptr;
 }
 
-// --- building --------------------------------------------------------------------------------------------------------
+// --- building
+// --------------------------------------------------------------------------------------------------------
 
 MObject MFnMesh::place(const Mesh& mesh, MObject parentOrOwner, MStatus* status) {
     auto* owner = dynamic_cast<MeshData*>(parentOrOwner.hostObject());
@@ -132,7 +136,8 @@ vesk::geom::MeshResult built(int numVertices, int numPolygons, const Points& poi
     }
     auto stored = toStored(points, nullptr);
     stored.resize(static_cast<std::size_t>(numVertices));
-    return Mesh::create(std::move(stored), std::span(storage(counts)).first(static_cast<std::size_t>(numPolygons)),
+    return Mesh::create(std::move(stored),
+                        std::span(storage(counts)).first(static_cast<std::size_t>(numPolygons)),
                         storage(connects));
 }
 
@@ -145,8 +150,9 @@ MObject MFnMesh::create(int numVertices, int numPolygons, const MPointArray& poi
     return place(result.mesh, parentOrOwner, status);
 }
 
-MObject MFnMesh::create(int numVertices, int numPolygons, const MFloatPointArray& points, const MIntArray& counts,
-                        const MIntArray& connects, MObject parentOrOwner, MStatus* status) {
+MObject MFnMesh::create(int numVertices, int numPolygons, const MFloatPointArray& points,
+                        const MIntArray& counts, const MIntArray& connects, MObject parentOrOwner,
+                        MStatus* status) {
     const auto result = built(numVertices, numPolygons, points, counts, connects);
     if (!result) return answer(status, MObject(), MStatus::kInvalidParameter);
     return place(result.mesh, parentOrOwner, status);
@@ -166,7 +172,8 @@ MStatus MFnMesh::copyInPlace(const MObject& source) {
     return status;
 }
 
-// --- topology --------------------------------------------------------------------------------------------------------
+// --- topology
+// --------------------------------------------------------------------------------------------------------
 
 int MFnMesh::numVertices(MStatus* status) const {
     return mesh() ? answer(status, mesh()->vertexCount()) : answer(status, 0, MStatus::kInvalidParameter);
@@ -229,12 +236,14 @@ MStatus MFnMesh::getTriangles(MIntArray& counts, MIntArray& vertices) const {
     if (!mesh()) return MStatus::kInvalidParameter;
     auto& sizes = storage(counts);
     sizes.clear();
-    for (int face = 0; face < mesh()->faceCount(); ++face) sizes.push_back(mesh()->triangleCount(face));
+    for (int face = 0; face < mesh()->faceCount(); ++face)
+        sizes.push_back(mesh()->triangleCount(face));
     auto& ids = storage(vertices);
     ids.clear();
     const auto& ofCorner = mesh()->topology().faceVertices();
     for (const auto& triangle : mesh()->triangles()) {
-        for (const int corner : triangle) ids.push_back(ofCorner[static_cast<std::size_t>(corner)]);
+        for (const int corner : triangle)
+            ids.push_back(ofCorner[static_cast<std::size_t>(corner)]);
     }
     return {};
 }
@@ -249,7 +258,8 @@ MStatus MFnMesh::getPolygonTriangleVertices(int polygon, int triangle, int verti
     return {};
 }
 
-// --- points ----------------------------------------------------------------------------------------------------------
+// --- points
+// ----------------------------------------------------------------------------------------------------------
 
 MStatus MFnMesh::getPoints(MPointArray& points, MSpace::Space space) const {
     if (!mesh()) return MStatus::kInvalidParameter;
@@ -296,7 +306,8 @@ MStatus MFnMesh::setPoint(int vertex, const MPoint& point, MSpace::Space space) 
     return status;
 }
 
-// --- normals ---------------------------------------------------------------------------------------------------------
+// --- normals
+// ---------------------------------------------------------------------------------------------------------
 
 MStatus MFnMesh::getPolygonNormal(int polygon, MVector& normal, MSpace::Space space) const {
     if (!mesh()) return MStatus::kInvalidParameter;
@@ -332,7 +343,8 @@ MStatus MFnMesh::getFaceVertexNormals(MFloatVectorArray& normals, MSpace::Space 
     return {};
 }
 
-MStatus MFnMesh::setVertexNormals(const MVectorArray& normals, const MIntArray& vertices, MSpace::Space space) {
+MStatus MFnMesh::setVertexNormals(const MVectorArray& normals, const MIntArray& vertices,
+                                  MSpace::Space space) {
     MStatus status;
     std::vector<MFloatVector> stored;
     stored.reserve(normals.length());
@@ -345,7 +357,8 @@ MStatus MFnMesh::setVertexNormals(const MVectorArray& normals, const MIntArray& 
     return status;
 }
 
-// --- tangents --------------------------------------------------------------------------------------------------------
+// --- tangents
+// --------------------------------------------------------------------------------------------------------
 
 int MFnMesh::getTangentId(int face, int vertex, MStatus* status) const {
     if (!mesh()) return answer(status, -1, MStatus::kInvalidParameter);
@@ -403,7 +416,8 @@ MStatus MFnMesh::getBinormals(MFloatVectorArray& binormals, MSpace::Space space,
     return found(binormals.length() > 0 || mesh()->cornerCount() == 0);
 }
 
-// --- UVs -------------------------------------------------------------------------------------------------------------
+// --- UVs
+// -------------------------------------------------------------------------------------------------------------
 
 int MFnMesh::numUVSets(MStatus* status) const {
     return mesh() ? answer(status, mesh()->uvSetCount()) : answer(status, 0, MStatus::kInvalidParameter);
@@ -412,7 +426,8 @@ int MFnMesh::numUVSets(MStatus* status) const {
 MStatus MFnMesh::getUVSetNames(MStringArray& names) const {
     if (!mesh()) return MStatus::kInvalidParameter;
     names.clear();
-    for (int set = 0; set < mesh()->uvSetCount(); ++set) names.append(MString(mesh()->uvSet(set).name.c_str()));
+    for (int set = 0; set < mesh()->uvSetCount(); ++set)
+        names.append(MString(mesh()->uvSet(set).name.c_str()));
     return {};
 }
 
@@ -453,7 +468,8 @@ MStatus MFnMesh::getAssignedUVs(MIntArray& counts, MIntArray& ids, const MString
         // A face is mapped as a whole or not at all.
         const bool mapped = size > 0 && uvs.idOfCorner(first) >= 0;
         counts.append(mapped ? size : 0);
-        for (int i = 0; mapped && i < size; ++i) ids.append(uvs.idOfCorner(first + i));
+        for (int i = 0; mapped && i < size; ++i)
+            ids.append(uvs.idOfCorner(first + i));
     }
     return {};
 }
@@ -474,7 +490,8 @@ MStatus MFnMesh::assignUVs(const MIntArray& counts, const MIntArray& ids, const 
     return set < 0 ? MStatus(MStatus::kFailure) : statusOf(to->assignUvs(set, storage(counts), storage(ids)));
 }
 
-// --- colours ---------------------------------------------------------------------------------------------------------
+// --- colours
+// ---------------------------------------------------------------------------------------------------------
 
 int MFnMesh::numColorSets(MStatus* status) const {
     return mesh() ? answer(status, mesh()->colorSetCount()) : answer(status, 0, MStatus::kInvalidParameter);
@@ -495,12 +512,14 @@ MString MFnMesh::currentColorSetName(MStatus* status) const {
     return answer(status, set < 0 ? MString() : MString(mesh()->colorSet(set).name.c_str()));
 }
 
-MStatus MFnMesh::getVertexColors(MColorArray& colors, const MString* colorSet, const MColor* defaultUnsetColor) const {
+MStatus MFnMesh::getVertexColors(MColorArray& colors, const MString* colorSet,
+                                 const MColor* defaultUnsetColor) const {
     if (!mesh()) return MStatus::kInvalidParameter;
     colors.clear();
     const int set = mesh()->findColorSet(nameOf(colorSet));
     if (set < 0) return MStatus::kFailure;
-    storage(colors) = mesh()->vertexColors(set, defaultUnsetColor ? *defaultUnsetColor : vesk::geom::unsetColor);
+    storage(colors) =
+        mesh()->vertexColors(set, defaultUnsetColor ? *defaultUnsetColor : vesk::geom::unsetColor);
     return {};
 }
 
@@ -510,7 +529,8 @@ MStatus MFnMesh::getFaceVertexColors(MColorArray& colors, const MString* colorSe
     colors.clear();
     const int set = mesh()->findColorSet(nameOf(colorSet));
     if (set < 0) return MStatus::kFailure;
-    storage(colors) = mesh()->cornerColors(set, defaultUnsetColor ? *defaultUnsetColor : vesk::geom::unsetColor);
+    storage(colors) =
+        mesh()->cornerColors(set, defaultUnsetColor ? *defaultUnsetColor : vesk::geom::unsetColor);
     return {};
 }
 

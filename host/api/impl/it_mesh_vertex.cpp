@@ -105,7 +105,8 @@ MStatus MItMeshVertex::getUVIndices(MIntArray& ids, const MString* uvSet) const 
     return {};
 }
 
-MStatus MItMeshVertex::getUVs(MFloatArray& us, MFloatArray& vs, MIntArray& faces, const MString* uvSet) const {
+MStatus MItMeshVertex::getUVs(MFloatArray& us, MFloatArray& vs, MIntArray& faces,
+                              const MString* uvSet) const {
     us.clear();
     vs.clear();
     faces.clear();

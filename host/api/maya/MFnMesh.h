@@ -27,9 +27,10 @@ class MMatrix;
 
 /// Function set of polygon meshes: mesh data, or a mesh shape, whose output is read.
 ///
-/// World space applies the matrix that the data carries, or the shape's path. Normals go by its inverse transpose and
-/// are then of unit length. Without an object calls fail with `kInvalidParameter`; a bad id or set name, with
-/// `kFailure`, leaves results alone or empty. Edits work on data that is not read-only; shapes are edited by commands.
+/// World space applies the matrix that the data carries, or the shape's path. Normals go by its inverse
+/// transpose and are then of unit length. Without an object calls fail with `kInvalidParameter`; a bad id or
+/// set name, with `kFailure`, leaves results alone or empty. Edits work on data that is not read-only; shapes
+/// are edited by commands.
 class MFnMesh : public MFnBase {
   public:
     MFnMesh() = default;
@@ -41,9 +42,11 @@ class MFnMesh : public MFnBase {
     // --- building: into mesh data; the set then works on it ---
 
     MObject create(int numVertices, int numPolygons, const MPointArray& points, const MIntArray& counts,
-                   const MIntArray& connects, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
+                   const MIntArray& connects, MObject parentOrOwner = MObject::kNullObj,
+                   MStatus* status = nullptr);
     MObject create(int numVertices, int numPolygons, const MFloatPointArray& points, const MIntArray& counts,
-                   const MIntArray& connects, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
+                   const MIntArray& connects, MObject parentOrOwner = MObject::kNullObj,
+                   MStatus* status = nullptr);
     /// A full copy without the source's matrix and object groups.
     MObject copy(const MObject& source, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
     MStatus copyInPlace(const MObject& source);
@@ -79,7 +82,8 @@ class MFnMesh : public MFnBase {
                             MSpace::Space space = MSpace::kObject) const;
     MStatus getVertexNormals(bool angleWeighted, MFloatVectorArray& normals,
                              MSpace::Space space = MSpace::kObject) const;
-    MStatus getFaceVertexNormal(int face, int vertex, MVector& normal, MSpace::Space space = MSpace::kObject) const;
+    MStatus getFaceVertexNormal(int face, int vertex, MVector& normal,
+                                MSpace::Space space = MSpace::kObject) const;
     /// One per face-vertex, faces in order.
     MStatus getFaceVertexNormals(MFloatVectorArray& normals, MSpace::Space space = MSpace::kObject) const;
     MStatus setVertexNormals(const MVectorArray& normals, const MIntArray& vertices,
@@ -87,9 +91,10 @@ class MFnMesh : public MFnBase {
 
     // --- tangents: `kFailure`, and zero vectors, where there are no UVs to go by ---
 
-    MStatus getFaceVertexTangent(int face, int vertex, MVector& tangent, MSpace::Space space = MSpace::kObject,
-                                 const MString* uvSet = nullptr) const;
-    MStatus getFaceVertexBinormal(int face, int vertex, MVector& binormal, MSpace::Space space = MSpace::kObject,
+    MStatus getFaceVertexTangent(int face, int vertex, MVector& tangent,
+                                 MSpace::Space space = MSpace::kObject, const MString* uvSet = nullptr) const;
+    MStatus getFaceVertexBinormal(int face, int vertex, MVector& binormal,
+                                  MSpace::Space space = MSpace::kObject,
                                   const MString* uvSet = nullptr) const;
     /// One per face-vertex, faces in order; so are the ids of `getTangentId`.
     MStatus getTangents(MFloatVectorArray& tangents, MSpace::Space space = MSpace::kObject,
@@ -114,8 +119,8 @@ class MFnMesh : public MFnBase {
     int numColorSets(MStatus* status = nullptr) const;
     MStatus getColorSetNames(MStringArray& names) const;
     MString currentColorSetName(MStatus* status = nullptr) const;
-    /// One per vertex, the mean of its face-vertex colours; (-1,-1,-1,-1), or the given default, for a vertex with
-    /// none. Empty, and `kFailure`, without such a set.
+    /// One per vertex, the mean of its face-vertex colours; (-1,-1,-1,-1), or the given default, for a vertex
+    /// with none. Empty, and `kFailure`, without such a set.
     MStatus getVertexColors(MColorArray& colors, const MString* colorSet = nullptr,
                             const MColor* defaultUnsetColor = nullptr) const;
     MStatus getFaceVertexColors(MColorArray& colors, const MString* colorSet = nullptr,
