@@ -1,7 +1,7 @@
 #pragma once
 // A host session: everything that lives between start-up and exit, and the interface that drives it.
 
-#include "host/commands/command_context.h"
+#include "host/commands/command_spec.h"
 #include "host/core/outcome.h"
 #include "host/graph/scene.h"
 #include "host/mel/interpreter.h"
@@ -9,7 +9,7 @@
 #include "host/session/user_folders.h"
 
 #include <filesystem>
-#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -46,8 +46,12 @@ class Session {
     /// Python texts wait for an interpreter; until there is one they are refused, once with a warning.
     bool runPython(std::string_view text);
 
+    /// `commandEcho`: every command that the API is given is shown.
+    bool echoesCommands() const { return echoesCommands_; }
+    void setEchoesCommands(bool echo) { echoesCommands_ = echo; }
+
   private:
-    void installHooks();
+    class Hooks;
 
     SessionOptions options_;
     UserFolders folders_;
@@ -56,7 +60,9 @@ class Session {
     mel::Machine mel_;
     std::unique_ptr<commands::CommandContext> context_;
     std::unique_ptr<PluginManager> plugins_;
+    std::unique_ptr<Hooks> hooks_;
     bool pythonWasAskedFor_ = false;
+    bool echoesCommands_ = false;
 };
 
 } // namespace vesk
