@@ -156,6 +156,8 @@ class Mesh {
 
     // ---- measures ----
 
+    /// Newell normal of the face as long as the face's area (for a planar face).
+    MVector faceAreaVector(int face) const;
     double edgeLength(int edge) const;
     /// Of the edge taken through the matrix.
     double edgeLength(int edge, const MMatrix& matrix) const;
@@ -255,7 +257,11 @@ class Mesh {
     std::size_t byteSize() const;
 
   private:
-    void pointsChanged();
+    void pointsChanged();               ///< also for what else normals derive from: hard edges and locks
+    LockedNormals& editLockedNormals(); ///< with room for every corner
+    ColorSet& colorsForWriting();       ///< the current set, made if need be, with an id per corner
+    Outcome checkUvSets() const;
+    Outcome checkColorSets() const;
 
     MeshTopologyPtr topology_;
     Shared<std::vector<MFloatVector>> points_;
