@@ -71,6 +71,7 @@
     X(SetInt) X(SetFloat) X(SetVector)  /* oa[nb] = nc */ \
     X(SetText)       /* oa[nb] = oc */ \
     X(SetAny)        /* oa[nb] = value oc, the type of oa is known to the run only */ \
+    X(SizeOf)        /* na = elements of ob */ \
     X(MakeMatrix)    /* oa = zero matrix of b rows and c columns */ \
     X(GetMatrix)     /* na = ob[nc][nimm] */ \
     X(SetMatrix)     /* oa[nb][nc] = nimm */ \
@@ -80,7 +81,7 @@
     /* Calls. */ \
     X(Call)          /* call site imm */ \
     X(CallNumbers)   /* na = library function imm of the numbers from nb on */ \
-    X(CallObjects)   /* library call site imm */ \
+    X(CallValues)   /* library call site imm */ \
     X(Return)        /* the register a, its type is b */ \
     X(ReturnNone) \
     X(Define)        /* procedure imm of the unit */ \

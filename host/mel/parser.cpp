@@ -7,7 +7,7 @@ namespace vesk::mel {
 
 namespace {
 
-constexpr int kMaxDimension = 4096; ///< rows or columns of a matrix
+constexpr int kMaxDimension = 1024; ///< rows or columns of a matrix
 
 bool isReserved(std::string_view name) {
     constexpr std::array<std::string_view, 4> words{"else", "case", "default", "in"};

@@ -15,11 +15,6 @@ namespace {
 constexpr std::array<std::string_view, 11> typeNames{
     "void", "int", "float", "string", "vector", "matrix", "int[]", "float[]", "string[]", "vector[]", "any"};
 
-[[noreturn]] void cannotConvert(Type from, Type to) {
-    throw Error("Cannot convert data of type " + std::string(nameOf(from)) + " to type " +
-                std::string(nameOf(to)) + ".");
-}
-
 std::string vectorText(const MVector& v) {
     return formatDouble(v.x) + " " + formatDouble(v.y) + " " + formatDouble(v.z);
 }
@@ -97,6 +92,23 @@ Type arrayOf(Type element) {
     case Type::Vector: return Type::Vectors;
     default: return Type::None;
     }
+}
+
+bool isConvertible(Type from, Type to) {
+    if (from == to || to == Type::None) return true;
+    if (from == Type::None) return false;
+    if (from == Type::Any || to == Type::Any) return true;
+    if (from == Type::Matrix || to == Type::Matrix) return from == Type::Vector || to == Type::Vector;
+    if (isArray(from) || isArray(to)) {
+        const auto isNumeric = [](Type type) { return type == Type::Ints || type == Type::Floats; };
+        return isNumeric(from) && isNumeric(to);
+    }
+    return true;
+}
+
+void cannotConvert(Type from, Type to) {
+    throw Error("Cannot convert data of type " + std::string(nameOf(from)) + " to type " +
+                std::string(nameOf(to)) + ".");
 }
 
 int truncated(double value) {
@@ -235,6 +247,16 @@ Value Value::convertedTo(Type to) const {
     case Type::Vectors: result.data_ = asVectorArray(); break;
     }
     return result;
+}
+
+void Value::append(const Value& item) {
+    switch (type()) {
+    case Type::Ints: ifShared<IntArray>()->write().push_back(*item.ifInt()); break;
+    case Type::Floats: ifShared<FloatArray>()->write().push_back(*item.ifFloat()); break;
+    case Type::Strings: ifShared<StringArray>()->write().push_back(*item.ifString()); break;
+    case Type::Vectors: ifShared<VectorArray>()->write().push_back(*item.ifVector()); break;
+    default: cannotConvert(item.type(), type());
+    }
 }
 
 std::optional<double> Value::number() const {

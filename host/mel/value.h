@@ -56,6 +56,12 @@ Type elementOf(Type type);
 /// The array type with elements of this type; None when there is none.
 Type arrayOf(Type element);
 
+/// Whether the language converts one type into another. Whether a matrix fits a vector, and what Any holds,
+/// is left to the run.
+bool isConvertible(Type from, Type to);
+/// `Cannot convert data of type string[] to type int.`
+[[noreturn]] void cannotConvert(Type from, Type to);
+
 /// A value of any type. Arrays and matrices are shared on copying and copied on writing.
 class Value {
   public:
@@ -116,6 +122,9 @@ class Value {
     std::size_t arraySize() const;
     /// One element of an array, zero past its end; for anything else the value itself.
     Value element(std::size_t index) const;
+
+    /// Adds an element, which has the array's element type, to an array.
+    void append(const Value& item);
 
     // Direct access for who knows the type; the pointers are null for any other.
     const int* ifInt() const { return std::get_if<int>(&data_); }

@@ -1,0 +1,135 @@
+#include "host/mel/builder.h"
+
+#include <bit>
+
+namespace vesk::mel {
+
+namespace {
+
+std::uint64_t bitsOf(Num number) { return std::bit_cast<std::uint64_t>(number.f); }
+
+Num numberOf(int value) {
+    Num number{0.0}; // also the half that an int does not fill, for `bitsOf`
+    number.i = value;
+    return number;
+}
+
+std::size_t checkedCount(std::size_t count) {
+    if (count > kMaxRegisters) {
+        throw Error("One procedure needs more than " + std::to_string(kMaxRegisters) + " registers.");
+    }
+    return count;
+}
+
+} // namespace
+
+Reg Builder::allocate(Type type) {
+    if (type == Type::Vector) return allocateNumbers(3);
+    if (isNumeric(type)) return allocateNumbers(1);
+    std::vector<Reg>& free = freeObjects_[type];
+    if (free.empty()) return addObject({type, -1, nullptr});
+    const Reg reg = free.back();
+    free.pop_back();
+    return reg;
+}
+
+Reg Builder::allocateNumbers(std::size_t count) {
+    std::vector<Reg>& free = freeNumbers_[count];
+    if (!free.empty()) {
+        const Reg reg = free.back();
+        free.pop_back();
+        return reg;
+    }
+    const std::size_t first = function_.numbers.size();
+    function_.numbers.resize(checkedCount(first + count), Num{0.0});
+    return static_cast<Reg>(first);
+}
+
+void Builder::release(Type type, Reg reg) {
+    if (isNumeric(type)) {
+        releaseNumbers(reg, type == Type::Vector ? 3 : 1);
+    } else {
+        freeObjects_[type].push_back(reg);
+    }
+}
+
+void Builder::releaseNumbers(Reg first, std::size_t count) { freeNumbers_[count].push_back(first); }
+
+Reg Builder::addObject(const ObjectStart& start) {
+    checkedCount(function_.objects.size() + 1);
+    function_.objects.push_back(start);
+    return static_cast<Reg>(function_.objects.size() - 1);
+}
+
+Reg Builder::constant(const Value& value) {
+    if (const int* number = value.ifInt()) return numberConstant(numberOf(*number));
+    if (const double* number = value.ifFloat()) return numberConstant(Num{*number});
+    if (const MVector* vector = value.ifVector()) return vectorConstant(*vector);
+    const std::string* text = value.ifString();
+    if (text) {
+        const auto known = textConstants_.find(*text);
+        if (known != textConstants_.end()) return known->second;
+    }
+    const Reg reg = addObject({value.type(), static_cast<int>(function_.constants.size()), nullptr});
+    function_.constants.push_back(value);
+    if (text) textConstants_.emplace(*text, reg);
+    return reg;
+}
+
+Reg Builder::numberConstant(Num number) {
+    const auto [known, isNew] = numberConstants_.try_emplace(bitsOf(number), Reg{0});
+    if (isNew) {
+        // Straight from the end, since a row given back may be written again.
+        known->second = static_cast<Reg>(function_.numbers.size());
+        checkedCount(function_.numbers.size() + 1);
+        function_.numbers.push_back(number);
+    }
+    return known->second;
+}
+
+Reg Builder::vectorConstant(const MVector& vector) {
+    const std::size_t first = function_.numbers.size();
+    checkedCount(first + 3);
+    for (const double component : {vector.x, vector.y, vector.z})
+        function_.numbers.push_back(Num{component});
+    return static_cast<Reg>(first);
+}
+
+Reg Builder::bind(Global& global) {
+    const auto [known, isNew] = boundGlobals_.try_emplace(&global, Reg{0});
+    if (isNew) known->second = addObject({global.type, -1, &global});
+    return known->second;
+}
+
+std::int32_t Builder::globalIndex(Global& global) {
+    const auto [known, isNew] = listedGlobals_.try_emplace(&global, 0);
+    if (isNew) {
+        known->second = static_cast<std::int32_t>(function_.globals.size());
+        function_.globals.push_back(&global);
+    }
+    return known->second;
+}
+
+void Builder::emit(Op op, Reg a, Reg b, Reg c, std::int32_t imm) {
+    function_.code.push_back({op, a, b, c, imm});
+    function_.places.push_back(place_);
+}
+
+std::size_t Builder::jump(Op op, Reg a, Reg b) {
+    emit(op, a, b);
+    return here() - 1;
+}
+
+void Builder::land(std::size_t jump, std::size_t target) {
+    function_.code[jump].imm =
+        static_cast<std::int32_t>(static_cast<std::int64_t>(target) - static_cast<std::int64_t>(jump) - 1);
+}
+
+void Builder::landHere(const Jumps& jumps) { landAt(jumps, here()); }
+
+void Builder::landAt(const Jumps& jumps, std::size_t target) {
+    for (const std::size_t jump : jumps)
+        land(jump, target);
+}
+
+} // namespace vesk::mel
