@@ -27,6 +27,15 @@ bool isText(std::string_view text) {
     });
 }
 
+/// Whether a statement begins with a word of the language, not with a command.
+bool beginsScript(std::string_view statement) {
+    static constexpr std::string_view kWords[] = {"global", "proc", "if", "for", "while", "do", "switch", "else"};
+    std::size_t length = 0;
+    while (length < statement.size() && isNameLetter(statement[length])) ++length;
+    const auto word = statement.substr(0, length);
+    return word.empty() || std::find(std::begin(kWords), std::end(kWords), word) != std::end(kWords);
+}
+
 class Reader {
   public:
     Reader(commands::CommandContext& context, std::string_view text, const std::string& fileName)
@@ -98,10 +107,11 @@ class Reader {
 
     /// To the semicolon that ends the statement, or to the brace that opens a block of script.
     End findEnd() {
+        const bool isScript = beginsScript(text_.substr(at_));
         while (at_ < text_.size()) {
             const char c = text_[at_];
             if (c == ';') return End::Semicolon;
-            if (c == '{') return End::Block;
+            if (c == '{' && isScript) return End::Block;
             if (c == '"') {
                 if (!skipQuoted()) return End::Missing;
             } else if (text_.compare(at_, 2, "//") == 0) {
@@ -157,7 +167,7 @@ class Reader {
                 ++i;
             } else if (c == '"') {
                 quoted = !quoted;
-            } else if (!quoted && (c == '$' || c == '`' || c == '(' || c == '{' || c == '=')) {
+            } else if (!quoted && (c == '$' || c == '`' || c == '(' || c == '=')) {
                 return false;
             }
         }

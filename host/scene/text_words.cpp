@@ -12,6 +12,8 @@ using commands::WordKind;
 namespace {
 
 bool isBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
+/// Lists of names stand in braces, with commas between them: both only separate.
+bool separates(char c) { return isBlank(c) || c == '{' || c == '}' || c == ','; }
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 std::optional<int> truth(std::string_view word) {
@@ -65,7 +67,7 @@ TextWords::TextWords(std::string_view statement) : at_(statement.data()), end_(s
 
 void TextWords::skipBlanks() {
     while (at_ != end_) {
-        if (isBlank(*at_)) {
+        if (separates(*at_)) {
             ++at_;
         } else if (*at_ == '/' && end_ - at_ > 1 && at_[1] == '/') {
             while (at_ != end_ && *at_ != '\n') ++at_;
@@ -83,7 +85,7 @@ std::string_view TextWords::bytes() const {
         }
         if (to != end_) ++to;
     } else {
-        while (to != end_ && !isBlank(*to) && *to != '"') ++to;
+        while (to != end_ && !separates(*to) && *to != '"') ++to;
     }
     return {at_, static_cast<std::size_t>(to - at_)};
 }
