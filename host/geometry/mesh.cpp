@@ -66,6 +66,7 @@ MeshResult Mesh::create(std::vector<MFloatVector> points, std::span<const int> c
 }
 
 void Mesh::pointsChanged() {
+    appender_.reset();
     // An unused cache of one's own serves on: setting points one at a time stays cheap.
     if (cache_.use_count() > 1 || cache_->holdsAnything()) cache_ = std::make_shared<MeshCache>();
 }

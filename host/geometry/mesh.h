@@ -21,6 +21,7 @@
 
 namespace vesk::geom {
 
+class MeshAppender;
 class MeshCache;
 struct MeshResult;
 
@@ -233,18 +234,26 @@ class Mesh {
     /// The entries that corners have, in the list's order.
     std::vector<MColor> usedColors(int set) const;
 
-    // ---- editing: mesh_edit.cpp. Each drops locked normals, hard edges stay on the edges that stay. ----
+    // ---- editing: mesh_edit.cpp. Locked normals go; hard edges, UVs and colours stay with what stays. ----
 
-    /// Adds a face. Each loop point takes the nearest-numbered existing vertex within the tolerance when
-    /// merging (lowest id), else becomes a new vertex. New corners have no UV and no colour. Fails, changing
-    /// nothing, when fewer than three different neighbours remain.
+    /// Adds a face. When merging, each loop point takes the lowest existing vertex within the tolerance;
+    /// else, and when there is none, it becomes a new vertex. Points of one call are not merged with each
+    /// other. New corners have no UV and no colour. Costs the size of the face, also in a large mesh, as long
+    /// as nothing else changes the mesh between the calls. Fails, changing nothing, when fewer than three
+    /// corners remain that differ from their neighbours.
     Outcome addPolygon(std::span<const MFloatVector> loop, bool mergeVertices = true,
                        double tolerance = 1e-10);
     /// Removes the vertex from its faces (faces left with fewer than three corners go), and then every vertex
-    /// that no face uses. Remaining ids close up in order.
+    /// that no face uses. Remaining ids close up in order. Fails when there is no such vertex.
     Outcome deleteVertex(int vertex);
-    /// Fails on the last face. Vertices and edges that no face uses any more go; those that were loose stay.
+    /// Fails on the last face, or when there is no such face. Vertices and edges that only this face used go;
+    /// those that were loose stay.
     Outcome deleteFace(int face);
+    /// A mesh of other topology and points that takes its layers from this one: corner i is what corner
+    /// `sourceCorners[i]` was here, edge i as hard as `sourceEdges[i]`; -1 for new ones. UV and colour lists
+    /// stay whole, locked normals go. Points must be one per vertex.
+    Mesh rebuilt(MeshTopologyPtr topology, std::vector<MFloatVector> points,
+                 std::span<const int> sourceCorners, std::span<const int> sourceEdges) const;
 
     // ---- whole mesh ----
 
@@ -260,6 +269,7 @@ class Mesh {
     void pointsChanged();               ///< also for what else normals derive from: hard edges and locks
     LockedNormals& editLockedNormals(); ///< with room for every corner
     ColorSet& colorsForWriting();       ///< the current set, made if need be, with an id per corner
+    void growLayers();                  ///< for corners and edges that were appended
     Outcome checkUvSets() const;
     Outcome checkColorSets() const;
 
@@ -272,6 +282,7 @@ class Mesh {
     int currentUvSet_ = 0;
     int currentColorSet_ = -1;
     std::shared_ptr<MeshCache> cache_;
+    std::shared_ptr<MeshAppender> appender_; ///< while polygons are being added; else null
 };
 
 struct MeshResult {

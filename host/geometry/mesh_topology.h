@@ -70,6 +70,11 @@ class MeshTopology {
     /// No vertex, no face; one object for all.
     static const MeshTopologyPtr& empty();
 
+    /// `base` with one face more; its arrays are taken over when nobody else holds it. `newEdges` follow the
+    /// present ones. The loop has three corners or more, none equal to the next, `edges` the edge after each.
+    static MeshTopologyPtr withFace(MeshTopologyPtr base, int newVertices, std::span<const MeshEdge> newEdges,
+                                    std::span<const int> vertices, std::span<const int> edges);
+
     MeshTopology(const MeshTopology&) = delete;
     MeshTopology& operator=(const MeshTopology&) = delete;
 
