@@ -15,6 +15,7 @@ NodeType::NodeType(std::string name, MFn::Type apiType, const NodeType* base, Cr
     longNames_ = base_->longNames_;
     shortNames_ = base_->shortNames_;
     influences_ = base_->influences_;
+    uninfluenced_ = base_->uninfluenced_;
 }
 
 bool NodeType::isA(std::string_view typeName) const {
@@ -107,6 +108,11 @@ void NodeType::affectsAll(const std::vector<AttrRef>& ins, const std::vector<Att
     }
 }
 
+void NodeType::computes(const AttrRef& output) {
+    uninfluenced_.push_back(output.get());
+    closed_ = false;
+}
+
 void NodeType::closeInfluences() const {
     closure_.assign(attributes_.size(), {});
     computed_.assign(attributes_.size(), false);
@@ -131,14 +137,17 @@ void NodeType::closeInfluences() const {
         for (const auto& child : one.children)
             self(self, *child);
     };
+    const auto markComputed = [&](const Attribute& out) {
+        markBelow(markBelow, out);
+        for (const Attribute* up = out.parent; up; up = up->parent)
+            computed_[static_cast<std::size_t>(up->index)] = true;
+    };
     for (const auto& outs : influences_) {
-        for (const Attribute* out : outs) {
-            markBelow(markBelow, *out);
-            for (const Attribute* up = out->parent; up; up = up->parent) {
-                computed_[static_cast<std::size_t>(up->index)] = true;
-            }
-        }
+        for (const Attribute* out : outs)
+            markComputed(*out);
     }
+    for (const Attribute* out : uninfluenced_)
+        markComputed(*out);
     closed_ = true;
 }
 

@@ -51,6 +51,9 @@ class NodeType {
     /// Every input on every output.
     void affectsAll(const std::vector<AttrRef>& ins, const std::vector<AttrRef>& outs);
 
+    /// Declares an output that no attribute of the node influences: what dirties it stands outside.
+    void computes(const AttrRef& output);
+
     /// All attributes, base first, parents before children: an attribute's `index` is its place here.
     const std::vector<AttrRef>& attributes() const { return attributes_; }
     /// By long or short name; null when there is none. A long name wins over a short one.
@@ -74,6 +77,7 @@ class NodeType {
     std::unordered_map<std::string, Attribute*> longNames_, shortNames_;
     /// Own declarations only, by the index of the input: base attributes are shared with other types.
     std::vector<std::vector<Attribute*>> influences_;
+    std::vector<Attribute*> uninfluenced_; ///< outputs declared by `computes`
     mutable bool closed_ = false;
     mutable std::vector<std::vector<Attribute*>> closure_;
     mutable std::vector<bool> computed_;

@@ -87,6 +87,7 @@ void registerBaseTypes(TypeRegistry& types) {
     for (const auto& attribute : display)
         d(attribute);
     d.affectsAll({a.matrix}, {a.inverseMatrix, a.worldMatrix, a.worldInverseMatrix});
+    d.computes(a.parentMatrix);
     d.affectsAll({a.parentMatrix}, {a.worldMatrix, a.worldInverseMatrix, a.parentInverseMatrix});
     (void)types.add(std::move(dag));
 
