@@ -22,14 +22,14 @@ MObject MFnAttribute::adopt(Attribute* made, MStatus* status) {
 
 namespace {
 
-template <class T>
-T read(const Attribute* attribute, T Attribute::*member, MStatus* status) {
+template <class T, class Owner>
+T read(const Attribute* attribute, T Owner::*member, MStatus* status) {
     if (!attribute) return answer(status, T(), MStatus::kInvalidParameter);
     return answer(status, attribute->*member);
 }
 
-template <class T>
-MStatus write(Attribute* attribute, T Attribute::*member, T value) {
+template <class T, class Owner>
+MStatus write(Attribute* attribute, T Owner::*member, T value) {
     if (!attribute) return MStatus::kInvalidParameter;
     attribute->*member = value;
     return {};

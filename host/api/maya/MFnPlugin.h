@@ -12,7 +12,7 @@
 #define VESK_TEXT_OF_(number) #number
 #define VESK_TEXT_OF(number) VESK_TEXT_OF_(number)
 extern "C" {
-extern __attribute__((visibility("default"), used)) const char MApiVersion[];
+extern __attribute__((visibility("default"))) const char MApiVersion[];
 }
 const char MApiVersion[] = VESK_TEXT_OF(MAYA_API_VERSION);
 #undef VESK_TEXT_OF

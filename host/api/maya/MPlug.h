@@ -40,7 +40,8 @@ class MPlug {
     /// `node.attribute` as commands take it.
     MString name(MStatus* status = nullptr) const;
     MString info(MStatus* status = nullptr) const { return name(status); }
-    /// The attribute's name without its parents. Short, unless `useLongNames`.
+    /// The attribute's name, with ancestors only where they carry an index. Short names, unless
+    /// `useLongNames`.
     MString partialName(bool includeNodeName = false, bool includeNonMandatoryIndices = false,
                         bool includeInstancedIndices = false, bool useAlias = false,
                         bool useFullAttributePath = false, bool useLongNames = false,
