@@ -7,13 +7,16 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string>
 #include <string_view>
 
 namespace vesk::formats {
 
-/// Space and everything below it but the line feed: tabs, carriage returns, stray control bytes.
-constexpr bool isBlankInLine(char c) noexcept { return static_cast<unsigned char>(c) <= ' ' && c != '\n'; }
-constexpr bool isBlank(char c) noexcept { return static_cast<unsigned char>(c) <= ' '; }
+/// The blanks of `leadingNumber`: space, tab, carriage return, vertical tab, form feed, line feed.
+constexpr bool isBlank(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool isBlankInLine(char c) noexcept { return isBlank(c) && c != '\n'; }
 
 /// A place in a text. Copies are marks to return to.
 class TextCursor {
@@ -75,6 +78,10 @@ inline std::size_t lineOf(std::string_view text, const char* place) {
     return 1 + static_cast<std::size_t>(std::count(text.data(), place, '\n'));
 }
 
+/// What stands at a place, for messages: "'word'", shortened when long, bytes that do not print as "?"; or
+/// "the end of the line", "the end of the file".
+std::string foundAt(TextCursor place);
+
 // Bodies.
 
 template <class Real>
@@ -107,6 +114,18 @@ inline bool TextCursor::integer(std::int64_t& value) noexcept {
     if (error != std::errc()) return false;
     at_ = end;
     return true;
+}
+
+inline std::string foundAt(TextCursor place) {
+    constexpr std::size_t longest = 32;
+    place.skipBlanksInLine();
+    if (place.atEnd()) return "the end of the file";
+    if (place.peek() == '\n') return "the end of the line";
+    const std::string_view word = place.word();
+    std::string shown(word.substr(0, longest));
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    return "'" + shown + (word.size() > longest ? "..." : "") + "'";
 }
 
 } // namespace vesk::formats
