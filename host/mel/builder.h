@@ -11,9 +11,6 @@
 
 namespace vesk::mel {
 
-/// Whether values of the type live in registers of numbers; the others live in registers of objects.
-inline bool isNumeric(Type type) { return type == Type::Int || type == Type::Float || type == Type::Vector; }
-
 /// Jumps that wait for their target.
 using Jumps = std::vector<std::size_t>;
 

@@ -24,6 +24,9 @@ using Reg = std::uint16_t;
 /// Registers of one kind in one procedure.
 constexpr std::size_t kMaxRegisters = 65535;
 
+/// Whether values of the type live in registers of numbers; the others live in registers of objects.
+inline bool isNumeric(Type type) { return type == Type::Int || type == Type::Float || type == Type::Vector; }
+
 struct Instr {
     Op op;
     Reg a = 0;

@@ -22,6 +22,7 @@ struct Limits {
     static constexpr std::size_t kNestedRuns = 100; ///< texts run by commands of texts run by commands ...
     static constexpr std::size_t kArraySize = 1U << 26;  ///< elements of one array
     static constexpr std::size_t kStringSize = 1U << 28; ///< bytes of one string
+    static constexpr std::size_t kTextSize = 1U << 30;   ///< bytes of a text or script file
     static constexpr std::size_t kDeferred = 10000;      ///< deferred texts run after one top-level text
     static constexpr std::uint64_t kNoStepLimit = 0;
 

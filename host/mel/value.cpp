@@ -59,9 +59,15 @@ std::string joined(const Array& array, Text text) {
 }
 
 template <class Array>
-Value elementAt(const Array& array, std::size_t index) {
+Value elementOrZero(const Array& array, std::size_t index) {
     using Item = typename Array::value_type;
     return index < array.size() ? Value(array[index]) : Value(Item{});
+}
+
+template <class Array>
+typename Array::value_type& elementAt(Array& array, std::size_t index) {
+    if (index >= array.size()) array.resize(index + 1);
+    return array[index];
 }
 
 } // namespace
@@ -118,20 +124,21 @@ int truncated(double value) {
 }
 
 Value Value::zero(Type type) {
+    Value value;
     switch (type) {
-    case Type::Int: return 0;
-    case Type::Float: return 0.0;
-    case Type::String: return std::string();
-    case Type::Vector: return MVector();
-    case Type::Matrix: return Matrix();
-    case Type::Ints: return IntArray();
-    case Type::Floats: return FloatArray();
-    case Type::Strings: return StringArray();
-    case Type::Vectors: return VectorArray();
+    case Type::Int: value.data_.emplace<int>(); break;
+    case Type::Float: value.data_.emplace<double>(); break;
+    case Type::String: value.data_.emplace<std::string>(); break;
+    case Type::Vector: value.data_.emplace<MVector>(); break;
+    case Type::Matrix: value.data_.emplace<Shared<Matrix>>(); break;
+    case Type::Ints: value.data_.emplace<Shared<IntArray>>(); break;
+    case Type::Floats: value.data_.emplace<Shared<FloatArray>>(); break;
+    case Type::Strings: value.data_.emplace<Shared<StringArray>>(); break;
+    case Type::Vectors: value.data_.emplace<Shared<VectorArray>>(); break;
     case Type::None:
     case Type::Any: break;
     }
-    return {};
+    return value;
 }
 
 int Value::asInt() const {
@@ -249,13 +256,13 @@ Value Value::convertedTo(Type to) const {
     return result;
 }
 
-void Value::append(const Value& item) {
+void Value::setElement(std::size_t index, const Value& item) {
     switch (type()) {
-    case Type::Ints: ifShared<IntArray>()->write().push_back(*item.ifInt()); break;
-    case Type::Floats: ifShared<FloatArray>()->write().push_back(*item.ifFloat()); break;
-    case Type::Strings: ifShared<StringArray>()->write().push_back(*item.ifString()); break;
-    case Type::Vectors: ifShared<VectorArray>()->write().push_back(*item.ifVector()); break;
-    default: cannotConvert(item.type(), type());
+    case Type::Ints: elementAt(ifShared<IntArray>()->write(), index) = item.asInt(); break;
+    case Type::Floats: elementAt(ifShared<FloatArray>()->write(), index) = item.asFloat(); break;
+    case Type::Strings: elementAt(ifShared<StringArray>()->write(), index) = item.asString(); break;
+    case Type::Vectors: elementAt(ifShared<VectorArray>()->write(), index) = item.asVector(); break;
+    default: throw Error("Data of type " + std::string(nameOf(type())) + " has no elements.");
     }
 }
 
@@ -291,10 +298,10 @@ std::size_t Value::arraySize() const {
 
 Value Value::element(std::size_t index) const {
     switch (type()) {
-    case Type::Ints: return elementAt(**ifShared<IntArray>(), index);
-    case Type::Floats: return elementAt(**ifShared<FloatArray>(), index);
-    case Type::Strings: return elementAt(**ifShared<StringArray>(), index);
-    case Type::Vectors: return elementAt(**ifShared<VectorArray>(), index);
+    case Type::Ints: return elementOrZero(**ifShared<IntArray>(), index);
+    case Type::Floats: return elementOrZero(**ifShared<FloatArray>(), index);
+    case Type::Strings: return elementOrZero(**ifShared<StringArray>(), index);
+    case Type::Vectors: return elementOrZero(**ifShared<VectorArray>(), index);
     default: return *this;
     }
 }

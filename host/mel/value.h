@@ -123,8 +123,8 @@ class Value {
     /// One element of an array, zero past its end; for anything else the value itself.
     Value element(std::size_t index) const;
 
-    /// Adds an element, which has the array's element type, to an array.
-    void append(const Value& item);
+    /// Writes one element of an array, converted; the array grows to hold it. Throws Error for anything else.
+    void setElement(std::size_t index, const Value& item);
 
     // Direct access for who knows the type; the pointers are null for any other.
     const int* ifInt() const { return std::get_if<int>(&data_); }

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "host/mel/command.h"
+
+namespace vesk::mel {
+
+/// Adds the commands that belong to the language: error, warning, eval, evalDeferred, source, whatIs, exists.
+void addLanguageCommands(CommandTable& commands);
+
+} // namespace vesk::mel
