@@ -63,6 +63,17 @@ Outcome Node::addDynamicAttribute(const AttrRef& attribute) {
     return {};
 }
 
+Outcome Node::addDynamicChild(Attribute& parent, const AttrRef& child) {
+    if (!parent.dynamic || parent.kind != AttrKind::Compound) {
+        return Outcome::fail("Attribute '" + parent.longName + "' of node '" + uniqueName() +
+                             "' does not take further children.");
+    }
+    if (auto outcome = addDynamicAttribute(child); !outcome) return outcome;
+    child->parent = &parent;
+    parent.children.push_back(child);
+    return {};
+}
+
 Outcome Node::removeDynamicAttribute(Attribute& attribute) {
     if (!attribute.dynamic || attribute.parent) {
         return Outcome::fail("Attribute '" + attribute.longName + "' of node '" + uniqueName() +

@@ -38,6 +38,8 @@ class Node : public Object {
     int attributeCount() const;
     const std::vector<AttrRef>& dynamicAttributes() const { return dynamic_; }
     Outcome addDynamicAttribute(const AttrRef& attribute);
+    /// A further child of a dynamic compound.
+    Outcome addDynamicChild(Attribute& parent, const AttrRef& child);
     /// Disconnects and forgets a dynamic attribute.
     Outcome removeDynamicAttribute(Attribute& attribute);
     std::string alias(const Attribute& attribute, int logicalIndex) const;

@@ -1,5 +1,6 @@
 #include "host/graph/node_type.h"
 
+#include "host/core/log.h"
 #include "host/graph/node.h"
 
 #include <algorithm>
@@ -66,7 +67,8 @@ Outcome NodeType::add(const AttrRef& attribute) {
 }
 
 AttrRef NodeType::operator()(const AttrRef& attribute) {
-    (void)add(attribute);
+    // A table of the host's own is wrong then.
+    if (auto outcome = add(attribute); !outcome) log().error(outcome.error);
     return attribute;
 }
 

@@ -219,6 +219,9 @@ PlugRange findPlug(Node& node, std::string_view path) {
         if (path.empty()) return range;
         if (path.front() != '.' || path.size() == 1) return unknown();
         path.remove_prefix(1);
+        // A multi that is passed without an index stands for its first element: `iog.og[2]`.
+        if (plug.isArray() && plug.depth < kMaxMultiDepth)
+            plug.indices[static_cast<std::size_t>(plug.depth++)] = 0;
     }
 }
 
