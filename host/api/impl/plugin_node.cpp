@@ -17,59 +17,80 @@ PluginHost::PluginHost(graph::Node& node, std::unique_ptr<MPxNode> body)
     if (body_) body_->host_ = this;
 }
 
-PluginHost::~PluginHost() { orphan(); }
+PluginHost::~PluginHost() {
+    calls_ = 0;
+    orphan();
+}
 
 void PluginHost::orphan() {
     if (!body_) return;
+    if (calls_ > 0) {
+        doomed_ = true;
+        return;
+    }
     body_->host_ = nullptr; // no handle on a node that is going away
     body_.reset();
 }
 
-std::string PluginHost::placeOf(const char* function, const Cell* cell) const {
-    const std::string name = cell ? graph::Plug(*cell).name() : node_.uniqueName();
-    return std::string(function) + " of '" + name + "' (" + node_.type().name() + ")";
+/// While a function of the object runs, neither the object nor its node goes away.
+class PluginHost::Call {
+  public:
+    explicit Call(PluginHost& host) : node_(&host.node_), host_(host) { ++host_.calls_; }
+    ~Call() {
+        if (--host_.calls_ == 0 && host_.doomed_) host_.orphan();
+    }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+
+  private:
+    Ref<graph::Node> node_;
+    PluginHost& host_;
+};
+
+/// Calls a function of the object, if there is one, and lets nothing out that it throws.
+template <class Action>
+void PluginHost::call(const char* function, const Cell* cell, Action action) {
+    if (isOrphan()) return;
+    const Call running(*this);
+    const auto place = [&] {
+        const std::string name = cell ? graph::Plug(*cell).name() : node_.uniqueName();
+        return std::string(function) + " of '" + name + "' (" + node_.type().name() + ")";
+    };
+    guarded(place, action);
 }
 
 ComputeResult PluginHost::computeBody(Cell& requested) {
-    if (!body_) return ComputeResult::NotMine;
-    MStatus status;
-    guarded([&] { return placeOf("compute", &requested); },
-            [&] {
-                const MPlug plug(requested);
-                MDataBlock block(&node_);
-                status = body_->compute(plug, block);
-            });
+    MStatus status = MStatus::kUnknownParameter;
+    call("compute", &requested, [&] {
+        status = MStatus::kFailure; // what stands when it throws
+        const MPlug plug(requested);
+        MDataBlock block(&node_);
+        status = body_->compute(plug, block);
+    });
     return status == MStatus::kUnknownParameter ? ComputeResult::NotMine : ComputeResult::Done;
 }
 
 void PluginHost::askDependents(Cell& cell, std::vector<Cell*>& alsoDirty) {
-    if (!body_) return;
-    guarded([&] { return placeOf("setDependentsDirty", &cell); },
-            [&] {
-                dependents_.clear();
-                body_->setDependentsDirty(MPlug(cell), dependents_);
-                for (const MPlug& plug : storage(dependents_)) {
-                    const auto host = plug.hostPlug();
-                    if (host.node.get() != &node_) continue;
-                    if (Cell* one = host.cell()) alsoDirty.push_back(one);
-                }
-            });
+    call("setDependentsDirty", &cell, [&] {
+        MPlugArray plugs;
+        body_->setDependentsDirty(MPlug(cell), plugs);
+        for (const MPlug& plug : storage(plugs)) {
+            const auto host = plug.hostPlug();
+            if (host.node.get() != &node_) continue;
+            if (Cell* one = host.cell()) alsoDirty.push_back(one);
+        }
+    });
 }
 
 void PluginHost::tellMade(Cell& own, Cell& other, bool asSource) {
-    if (!body_) return;
-    guarded([&] { return placeOf("connectionMade", &own); },
-            [&] { body_->connectionMade(MPlug(own), MPlug(other), asSource); });
+    call("connectionMade", &own, [&] { body_->connectionMade(MPlug(own), MPlug(other), asSource); });
 }
 
 void PluginHost::tellBroken(Cell& own, Cell& other, bool asSource) {
-    if (!body_) return;
-    guarded([&] { return placeOf("connectionBroken", &own); },
-            [&] { body_->connectionBroken(MPlug(own), MPlug(other), asSource); });
+    call("connectionBroken", &own, [&] { body_->connectionBroken(MPlug(own), MPlug(other), asSource); });
 }
 
 void PluginHost::startBody() {
-    if (!body_) return;
     for (const auto& attribute : node_.type().attributes()) {
         if (attribute->ramp == graph::RampKind::None || attribute->multiDepth() != 1) continue;
         // A fresh ramp has one entry: value 0 at position 0, going on straight.
@@ -80,7 +101,7 @@ void PluginHost::startBody() {
         graph::putNumber(entry.child(0), 0);
         graph::putNumber(entry.child(2), MRampAttribute::kLinear);
     }
-    guarded([&] { return placeOf("postConstructor"); }, [&] { body_->postConstructor(); });
+    call("postConstructor", nullptr, [&] { body_->postConstructor(); });
 }
 
 } // namespace vesk::api

@@ -19,8 +19,9 @@ class PluginHost {
     /// Null once the plug-in that made it is gone.
     MPxNode* body() const { return body_.get(); }
     graph::Node& hostNode() const { return node_; }
-    bool isOrphan() const { return !body_; }
-    /// Destroys the plug-in's object; the node stays, as one of unknown kind.
+    bool isOrphan() const { return !body_ || doomed_; }
+    /// Destroys the plug-in's object, once none of its functions runs any more; the node stays, as one of
+    /// unknown kind.
     void orphan();
 
   protected:
@@ -35,11 +36,14 @@ class PluginHost {
     void startBody();
 
   private:
-    std::string placeOf(const char* function, const graph::Cell* cell = nullptr) const;
+    class Call;
+    template <class Action>
+    void call(const char* function, const graph::Cell* cell, Action action);
 
     graph::Node& node_;
     std::unique_ptr<MPxNode> body_;
-    MPlugArray dependents_; ///< kept for its memory
+    int calls_ = 0;       ///< functions of the object that are running
+    bool doomed_ = false; ///< to be destroyed when the last of them returns
 };
 
 /// A node of graph class `Base` around a plug-in's object. What the object calls unknown is the base's.
@@ -77,6 +81,10 @@ class PluginNodeOf : public Base, public PluginHost {
     void created() override {
         Base::created();
         startBody();
+    }
+    void removing() override {
+        Base::removing();
+        orphan();
     }
 
   private:

@@ -121,6 +121,27 @@ TEST_F(PluginNodeTest, StateMessageAndLife) {
     EXPECT_EQ(MFnCompoundAttribute(Probe::rows).removeChild(Probe::rowWeight), MStatus::kFailure);
 }
 
+TEST_F(PluginNodeTest, ObjectsGoWithTheirNodesButNotFromUnderneath) {
+    // A node that deletes itself in its compute ends that compute first.
+    Probe::onCompute = [&](Probe& self, const MPlug&, MDataBlock& block) {
+        MObject doomed = self.thisMObject();
+        EXPECT_TRUE(MGlobal::deleteNode(doomed));
+        EXPECT_EQ(Probe::alive, 1);
+        block.outputValue(Probe::sum).set(4.0);
+        return MStatus::kSuccess;
+    };
+    EXPECT_EQ(Probe::alive, 1);
+    (void)plug("sum").asDouble();
+    EXPECT_EQ(Probe::alive, 0); // though this test still holds the node
+    EXPECT_FALSE(nodeOf(node));
+
+    Probe::onCompute = nullptr;
+    MObject other = make();
+    EXPECT_EQ(Probe::alive, 1);
+    EXPECT_TRUE(MGlobal::deleteNode(other));
+    EXPECT_EQ(Probe::alive, 0);
+}
+
 int initializeCalls = 0;
 
 MStatus failing() {

@@ -76,6 +76,8 @@ class TestTransform : public graph::DagNode {
 
 class Probe : public MPxNode {
   public:
+    Probe() { ++alive; }
+    ~Probe() override { --alive; }
     static void* creator() {
         if (creatorThrows) throw std::runtime_error("no memory for a probe");
         return new Probe;
@@ -102,6 +104,7 @@ class Probe : public MPxNode {
     static inline std::function<void(Probe&, const MPlug&, MPlugArray&)> onDirty;
     static inline bool creatorThrows = false;
     static inline int computes = 0;
+    static inline int alive = 0;
     static inline std::vector<std::string> wires;
 
     static inline MObject a, b, count, flag, mode, when, turn, label, place, placeX, any, numbers, items,
