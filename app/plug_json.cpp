@@ -82,10 +82,10 @@ Outcome putData(std::string& line, const Data* data, const std::string& plugName
                 ", \"edges\": " + std::to_string(geometry.edgeCount()) +
                 ", \"faces\": " + std::to_string(geometry.faceCount()) + "}}";
     } else if (const auto* curve = dynamic_cast<const NurbsCurveData*>(data)) {
-        line += "{\"nurbsCurve\": {\"cvs\": " + std::to_string(curve->geometry().numCVs()) + "}}";
+        line += "{\"nurbsCurve\": {\"cvs\": " + std::to_string(curve->geometry().cvCount()) + "}}";
     } else if (const auto* surface = dynamic_cast<const NurbsSurfaceData*>(data)) {
-        line += "{\"nurbsSurface\": {\"cvsInU\": " + std::to_string(surface->geometry().numCVsInU()) +
-                ", \"cvsInV\": " + std::to_string(surface->geometry().numCVsInV()) + "}}";
+        line += "{\"nurbsSurface\": {\"cvsInU\": " + std::to_string(surface->geometry().cvCountU()) +
+                ", \"cvsInV\": " + std::to_string(surface->geometry().cvCountV()) + "}}";
     } else {
         return Outcome::fail("--get '" + plugName + "': data of type '" + kindName(data->apiType()) +
                              "' cannot be shown");

@@ -38,8 +38,8 @@ std::vector<int> indicesOf(const Component& component, const Data* data) {
     const auto* curve = dynamic_cast<const NurbsCurveData*>(data);
     std::vector<int> indices;
     const int pointCount = mesh      ? mesh->geometry().vertexCount()
-                           : surface ? surface->geometry().numCVsInU() * surface->geometry().numCVsInV()
-                           : curve   ? curve->geometry().numCVs()
+                           : surface ? surface->geometry().cvCountU() * surface->geometry().cvCountV()
+                           : curve   ? curve->geometry().cvCount()
                                      : 0;
     if (component.isUnsized()) {
         for (int i = 0; i < pointCount; ++i)
@@ -49,8 +49,8 @@ std::vector<int> indicesOf(const Component& component, const Data* data) {
     if (const auto* pairs = dynamic_cast<const DoubleComponent*>(&component); pairs && surface) {
         for (std::size_t i = 0; i < pairs->count(); ++i) {
             const auto at = pairs->at(i);
-            if (at[0] < surface->geometry().numCVsInU() && at[1] < surface->geometry().numCVsInV()) {
-                indices.push_back(at[0] * surface->geometry().numCVsInV() + at[1]);
+            if (at[0] < surface->geometry().cvCountU() && at[1] < surface->geometry().cvCountV()) {
+                indices.push_back(at[0] * surface->geometry().cvCountV() + at[1]);
             }
         }
     }

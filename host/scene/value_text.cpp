@@ -68,7 +68,7 @@ void writeCurve(AtomicFile& file, const geom::NurbsCurve& curve) {
     file.write("\n\t\t");
     file.putNumber(curve.degree());
     file.put(' ');
-    file.putNumber(curve.numSpans());
+    file.putNumber(curve.spanCount());
     file.put(' ');
     file.putNumber(fileForm(static_cast<int>(curve.form())));
     file.write(curve.isRational() ? " yes 3" : " no 3");
@@ -81,14 +81,14 @@ void writeCurve(AtomicFile& file, const geom::NurbsCurve& curve) {
 void writeSurface(AtomicFile& file, const geom::NurbsSurface& surface) {
     writeHead(file, "nurbsSurface");
     file.write("\n\t\t");
-    for (const int number : {surface.degreeU(), surface.degreeV(), fileForm(static_cast<int>(surface.formU())),
-                             fileForm(static_cast<int>(surface.formV()))}) {
+    for (const int number : {surface.basisU().degree, surface.basisV().degree, fileForm(static_cast<int>(surface.basisU().form)),
+                             fileForm(static_cast<int>(surface.basisV().form))}) {
         file.putNumber(number);
         file.put(' ');
     }
     file.write(surface.isRational() ? "yes " : "no ");
-    writeKnots(file, surface.knotsU());
-    writeKnots(file, surface.knotsV());
+    writeKnots(file, surface.basisU().knots);
+    writeKnots(file, surface.basisV().knots);
     file.write("\n\t\t");
     file.putNumber(static_cast<std::int64_t>(surface.cvs().size()));
     for (const MPoint& cv : surface.cvs()) writePoint(file, cv, surface.isRational());
