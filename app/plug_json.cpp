@@ -73,9 +73,9 @@ Outcome putData(std::string& line, const Data* data, const std::string& plugName
             putNumbers(line, {p.x, p.y, p.z, p.w});
         });
     } else if (const auto* texts = dynamic_cast<const StringArrayData*>(data)) {
-        putList(line, texts->values.read(), [&](const MString& text) { putText(line, text); });
+        putList(line, texts->values.read(), [&](const MString& item) { putText(line, item); });
     } else if (const auto* components = dynamic_cast<const ComponentListData*>(data)) {
-        putList(line, components->texts(), [&](const std::string& text) { line += quotedJson(text); });
+        putList(line, components->texts(), [&](const std::string& item) { line += quotedJson(item); });
     } else if (const auto* mesh = dynamic_cast<const MeshData*>(data)) {
         const auto& geometry = mesh->geometry();
         line += "{\"mesh\": {\"vertices\": " + std::to_string(geometry.vertexCount()) +

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/data/geometry_data.h"
+#include "host/geometry/nurbs_curve.h"
 #include "host/geometry/nurbs_surface.h"
 
 namespace vesk {
