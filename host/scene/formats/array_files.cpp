@@ -182,8 +182,8 @@ Outcome writeNpy(const std::filesystem::path& path, const ArrayColumn& column) {
                              "\" holds texts");
     AtomicFile file(path);
     std::visit(
-        [&]<class T>(std::span<const T> values) {
-            putNpyHeader(file, column, npyType<T>);
+        [&](auto values) {
+            putNpyHeader(file, column, npyType<typename decltype(values)::value_type>);
             file.write({reinterpret_cast<const char*>(values.data()), values.size_bytes()});
         },
         column.values);

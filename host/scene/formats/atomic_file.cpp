@@ -76,6 +76,7 @@ void AtomicFile::takeOver(const struct stat& replaced) {
 }
 
 void AtomicFile::write(std::string_view bytes) {
+    if (bytes.empty()) return; // perhaps without memory behind it
     if (bytes.size() > bufferSize - used_) flush();
     if (bytes.size() > bufferSize) return writeOut(bytes);
     std::memcpy(buffer_.get() + used_, bytes.data(), bytes.size());

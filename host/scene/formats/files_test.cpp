@@ -10,6 +10,23 @@
 namespace vesk::formats {
 namespace {
 
+/// For a while the administrator, whom permissions do not stop, is somebody else.
+class Unprivileged {
+  public:
+    Unprivileged() {
+        if (wasRoot_) EXPECT_EQ(::seteuid(nobody), 0);
+    }
+    Unprivileged(const Unprivileged&) = delete;
+    Unprivileged& operator=(const Unprivileged&) = delete;
+    ~Unprivileged() {
+        if (wasRoot_) EXPECT_EQ(::seteuid(0), 0);
+    }
+
+  private:
+    static constexpr uid_t nobody = 65534;
+    const bool wasRoot_ = ::geteuid() == 0;
+};
+
 TEST(FileBuffer, HoldsEveryByte) {
     const TestFolder folder;
     std::string bytes("\xEF\xBB\xBF\r\n\0\x1A", 7);
@@ -121,6 +138,29 @@ TEST(AtomicFile, RefusesWhatIsNoFileToReplace) {
     }
     EXPECT_EQ(folder.fileCount(), before);
     EXPECT_TRUE(std::filesystem::is_fifo(folder.path("pipe")));
+}
+
+TEST(Files, RespectPermissions) {
+    const TestFolder folder;
+    const std::string closed = folder.store("closed", "secret");
+    const std::string kept = folder.store("kept", "kept");
+    const std::string shut = folder.path("shut");
+    std::filesystem::create_directory(shut);
+    ASSERT_EQ(::chmod(closed.c_str(), 0), 0);
+    ASSERT_EQ(::chmod(kept.c_str(), 0444), 0);
+    ASSERT_EQ(::chmod(shut.c_str(), 0555), 0);
+    ASSERT_EQ(::chmod(folder.path("").c_str(), 0777), 0);
+    {
+        const Unprivileged someone;
+        EXPECT_EQ(FileBuffer::open(closed).error(), closed + ": cannot be read: Permission denied");
+        for (const std::string& name : {kept, shut + "/out"}) {
+            AtomicFile file(name);
+            EXPECT_EQ(file.commit().error, name + ": cannot be written: Permission denied");
+        }
+    }
+    EXPECT_EQ(folder.load("kept"), "kept");
+    EXPECT_EQ(folder.fileCount(), 3U);
+    ASSERT_EQ(::chmod(shut.c_str(), 0755), 0);
 }
 
 TEST(AtomicFile, TellsOfAFullDiskAndLeavesTheOldFile) {

@@ -96,9 +96,9 @@ class BodyReader {
     bool number(PlyType type, float& value);
     bool listLength(const PlyProperty& property, std::int64_t& length);
     void mergeCornerUvs();
-    bool fail(std::string problem) { return fail(std::move(problem), source_.place()); }
-    bool fail(std::string problem, const char* place) {
-        source_.problem = std::move(problem);
+    bool fail(const std::string& problem) { return fail(problem, source_.place()); }
+    bool fail(const std::string& problem, const char* place) {
+        source_.problem = problem;
         problemPlace_ = place;
         return false;
     }
