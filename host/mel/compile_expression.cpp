@@ -356,7 +356,8 @@ Operand FunctionCompiler::arrayLiteral(const ListExpr& expr, const Want& want) {
     const Type type = literalType(expr, items, want);
     if (constant) {
         Value array = Value::zero(type);
-        for (std::size_t i = 0; i < items.size(); ++i) array.setElement(i, items[i].constant);
+        for (std::size_t i = 0; i < items.size(); ++i)
+            array.setElement(i, items[i].constant);
         return constantOperand(std::move(array));
     }
     const Operand result = temporary(type);

@@ -21,7 +21,7 @@ void UnitCompiler::compile(std::vector<StmtPtr> statements) {
     for (const StmtPtr& statement : statements) {
         if (statement->kind != Stmt::Kind::Procedure) continue;
         const auto& procedure = static_cast<const ProcedureStmt&>(*statement);
-        procedures_[procedure.name] = procedure.returns;
+        procedures_.try_emplace(procedure.name, procedure.returns);
     }
     for (StmtPtr& statement : statements) {
         std::unique_ptr<Function> function = makeFunction({});
@@ -202,6 +202,12 @@ Operand FunctionCompiler::read(const Variable& variable) {
     builder_.emit(variable.type == Type::Vector ? Op::LoadVector : Op::LoadNumber, operand.reg, 0, 0,
                   builder_.globalIndex(*variable.global));
     return operand;
+}
+
+Want FunctionCompiler::wantOf(const Variable& variable) {
+    // A variable of a type yet to be known must see the value come in; a global number has no register.
+    if (variable.isGlobalNumber() || variable.type == Type::Any) return {variable.type, std::nullopt};
+    return {variable.type, variable.reg};
 }
 
 Operand FunctionCompiler::kept(Operand operand, bool nextHasEffects) {

@@ -43,8 +43,7 @@ std::string readFile(const std::string& path) {
 struct Machine::Impl : Environment, Surroundings {
     explicit Impl(Machine& owner) : self(owner) { addLanguageCommands(commands); }
 
-    /// One text or call from outside. The outermost one starts the count of steps, and when it ends, what was
-    /// put off is run.
+    /// One text or call from outside; the outermost one starts the count of steps.
     class Level {
       public:
         explicit Level(Impl& impl) : impl_(impl) {
@@ -54,9 +53,7 @@ struct Machine::Impl : Environment, Surroundings {
             }
             if (impl.depth++ == 0) impl.executor.resetSteps();
         }
-        ~Level() {
-            if (--impl_.depth == 0) impl_.finish();
-        }
+        ~Level() { --impl_.depth; }
         Level(const Level&) = delete;
         Level& operator=(const Level&) = delete;
 
@@ -221,20 +218,24 @@ void Machine::Impl::finish() {
     finishing = false;
 }
 
-/// Runs work from outside: errors end here, in the log and in the result.
+/// Runs work from outside: errors end here, in the log and in the result. After the outermost work comes what
+/// it put off.
 template <class Work>
 Result Machine::Impl::reported(Work work) {
     const auto failed = [this](Error error) {
         report(error);
         return Result{false, {}, error.message(), error.place(), error.stack()};
     };
+    Result result;
     try {
-        return Result{true, work(), {}, {}, {}};
+        result.value = work();
     } catch (const Error& error) {
-        return failed(error);
+        result = failed(error);
     } catch (const std::exception& error) {
-        return failed(Error(error.what()));
+        result = failed(Error(error.what()));
     }
+    if (depth == 0) finish();
+    return result;
 }
 
 Machine::Machine() : impl_(std::make_unique<Impl>(*this)) {}

@@ -66,7 +66,8 @@ class Machine {
     /// the types of a procedure's parameters.
     Result callProc(std::string_view name, std::span<const Value> args = {});
 
-    // The same for commands, which answer to a running script: an error is thrown and not written to the log.
+    // The same for commands, which answer to a running script: an error is thrown and not written to the log,
+    // and what is deferred waits for the end of that script.
     Value evaluate(std::string_view text, std::string fileName = {}, int firstLine = 1);
     Value evaluateFile(const std::string& path);
     /// Throws the error of a failed result on to the calling script; the log does not get it a second time.
