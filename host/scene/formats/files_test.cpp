@@ -14,12 +14,16 @@ namespace {
 class Unprivileged {
   public:
     Unprivileged() {
-        if (wasRoot_) EXPECT_EQ(::seteuid(nobody), 0);
+        if (wasRoot_) {
+            EXPECT_EQ(::seteuid(nobody), 0);
+        }
     }
     Unprivileged(const Unprivileged&) = delete;
     Unprivileged& operator=(const Unprivileged&) = delete;
     ~Unprivileged() {
-        if (wasRoot_) EXPECT_EQ(::seteuid(0), 0);
+        if (wasRoot_) {
+            EXPECT_EQ(::seteuid(0), 0);
+        }
     }
 
   private:
