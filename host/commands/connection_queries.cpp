@@ -2,7 +2,6 @@
 
 #include "host/commands/attribute_commands.h"
 #include "host/commands/lookup.h"
-#include "host/commands/plug_values.h"
 
 #include <algorithm>
 #include <array>
@@ -81,10 +80,7 @@ const Cell* lockedAncestor(const Cell& cell) {
 std::string nameOrNothing(const Cell* cell) { return cell ? nameOf(*cell) : std::string(); }
 
 Value connectionInfo(CommandContext& context, const Args& args) {
-    const Plug plug = plugNamed(context, args.word(0));
-    const ReadCell read(plug);
-    if (!read.get()) throw Error("The index of an element is missing in '" + plug.name() + "'.");
-    const Cell& cell = *read.get();
+    const Cell& cell = cellNamed(context, args.word(0));
     if (args.has("sourceFromDestination")) return nameOrNothing(cell.source);
     if (args.has("destinationFromSource")) {
         mel::StringArray names;

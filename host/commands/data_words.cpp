@@ -1,6 +1,8 @@
 #include "host/commands/data_words.h"
 
 #include "host/commands/matrix_words.h"
+#include "host/commands/mesh_words.h"
+#include "host/commands/nurbs_words.h"
 #include "host/data/array_data.h"
 #include "host/data/component_list_data.h"
 #include "host/data/packed_data.h"
@@ -117,6 +119,9 @@ constexpr std::array kData{
     DataRow{"doubleArray", readNumbers<DoubleArrayData>},
     DataRow{"pointArray", readPoints},
     DataRow{"floatArray", readNumbers<FloatArrayData>},
+    DataRow{"mesh", readMesh},
+    DataRow{"nurbsCurve", readNurbsCurve},
+    DataRow{"nurbsSurface", readNurbsSurface},
 };
 
 const DataRow* dataRow(std::string_view name) {

@@ -55,9 +55,9 @@ Value sizeOf(const Plug& plug) {
     if (packed && packed->element < 0) return packed->count();
     const ReadCell read(plug);
     Cell& cell = existing(read, plug);
+    if (cell.isArray() && !cell.data) return static_cast<int>(elementIndices(cell).size());
     graph::clean(cell);
     if (const auto* faces = dynamic_cast<const PolyFacesData*>(cell.data.get())) return faces->faceCount;
-    if (cell.isArray()) return static_cast<int>(cell.existingIndices().size());
     if (cell.data) return lengthOf(*cell.data);
     return isArrayType(cell.attr) ? 0 : 1;
 }
@@ -71,9 +71,7 @@ Value multiIndices(const Plug& plug) {
         return indices;
     }
     const ReadCell read(plug);
-    Cell& cell = existing(read, plug);
-    graph::clean(cell);
-    return cell.existingIndices();
+    return elementIndices(existing(read, plug));
 }
 
 /// For attributes that take data of several types this is the type of what they hold.

@@ -69,7 +69,7 @@ class Lister {
             return indices;
         }
         const ReadCell cell(plug);
-        return cell.get() ? cell.get()->existingIndices() : std::vector<int>{};
+        return cell.get() ? elementIndices(*cell.get()) : std::vector<int>{};
     }
 
     bool isWanted(const Plug& plug, std::string_view path) const {

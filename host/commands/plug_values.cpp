@@ -192,8 +192,7 @@ std::vector<Plug> elementsOf(const Plug& array) {
     std::vector<Plug> plugs;
     const ReadCell cell(array);
     if (!cell.get()) throw Error("The index of an element is missing in '" + array.name() + "'.");
-    graph::clean(*cell.get());
-    for (int index : cell.get()->existingIndices())
+    for (int index : elementIndices(*cell.get()))
         plugs.push_back(array.element(index));
     return plugs;
 }
@@ -216,7 +215,9 @@ ReadCell::ReadCell(const Plug& plug) {
         above = above.isElement() ? above.array() : above.parent();
         if (!above.isNull()) there = above.cellIfThere();
     }
-    const bool hasValue = plug.node->isComputed(*plug.attr) || (there && there->feedingAncestor());
+    bool hasValue = plug.node->isComputed(*plug.attr);
+    for (const Cell* at = there; at; at = at->parent)
+        hasValue = hasValue || at->source || at->locked;
     const auto chosen = plug.indices.begin() + plug.depth;
     if (hasValue || std::find(plug.indices.begin(), chosen, -1) != chosen) {
         cell_ = plug.cell();
@@ -225,6 +226,16 @@ ReadCell::ReadCell(const Plug& plug) {
     const int index = plug.isElement() ? plug.indices[static_cast<std::size_t>(plug.depth - 1)] : -1;
     spare_ = Cell::detached(*plug.node, *plug.attr, index);
     cell_ = spare_.get();
+}
+
+std::vector<int> elementIndices(Cell& array) {
+    graph::clean(array);
+    if (array.source && array.source->isArray()) return array.source->existingIndices();
+    if (!array.feedingAncestor()) return array.existingIndices();
+    std::vector<int> indices;
+    for (const auto& element : array.children)
+        indices.push_back(element->logicalIndex);
+    return indices;
 }
 
 Value plugValue(Scene& scene, const graph::PlugRange& range) {

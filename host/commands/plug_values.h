@@ -5,6 +5,7 @@
 #include "host/mel/value.h"
 
 #include <memory>
+#include <vector>
 
 namespace vesk::commands {
 
@@ -23,6 +24,10 @@ class ReadCell {
     std::unique_ptr<graph::Cell> spare_;
     graph::Cell* cell_ = nullptr;
 };
+
+/// Evaluates the multi and gives the logical indices of its elements, also of those that only its feeding
+/// multi has.
+std::vector<int> elementIndices(graph::Cell& array);
 
 /// Evaluates what is named. Numbers are in UI units: one number as int or float, several (tuples, compounds
 /// of numbers, ranges, whole multis) as an array of them, ints when all are whole by kind. Data becomes the

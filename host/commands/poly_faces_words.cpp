@@ -21,11 +21,56 @@ int codeOf(std::string_view word) {
     return kNoCode;
 }
 
-/// Reads records up to the end of the words, appending them. Returns the number of faces.
-Result<std::size_t> readRecords(Words& words, std::vector<int>& codes) {
+/// Where the records of a face begin.
+std::size_t startOfFace(const PolyFacesData& data, int face, std::size_t from = 0) {
+    std::size_t at = from;
+    int seen = 0;
+    while (at < data.codes.size()) {
+        if (data.codes[at] == PolyFacesData::Face && seen++ == face) return at;
+        const std::size_t head = PolyFacesData::hasSet(data.codes[at]) ? 2 : 1;
+        at += head + 1 + static_cast<std::size_t>(data.codes[at + head]);
+    }
+    return at;
+}
+
+Outcome replaceFaces(PolyFacesData& data, int first, int count, Words& words) {
+    std::vector<int> fresh;
+    const auto faces = readFaceRecords(words, fresh);
+    if (!faces) return Outcome::fail(faces.error());
+    if (*faces != static_cast<std::size_t>(count)) {
+        return Outcome::fail(std::to_string(*faces) + " faces are given where " + std::to_string(count) +
+                             " are named.");
+    }
+    const std::size_t begin = startOfFace(data, first);
+    const std::size_t end = startOfFace(data, count, begin);
+    const auto at = data.codes.begin();
+    data.codes.erase(at + static_cast<std::ptrdiff_t>(begin), at + static_cast<std::ptrdiff_t>(end));
+    data.codes.insert(data.codes.begin() + static_cast<std::ptrdiff_t>(begin), fresh.begin(), fresh.end());
+    data.faceCount = std::max(data.faceCount, first + count);
+    return {};
+}
+
+Outcome appendFaces(PolyFacesData& data, int count, Words& words) {
+    const std::size_t before = data.codes.size();
+    const auto faces = readFaceRecords(words, data.codes);
+    std::string error = faces.error();
+    if (faces && *faces != static_cast<std::size_t>(count)) {
+        error = std::to_string(*faces) + " faces are given where " + std::to_string(count) + " are named.";
+    }
+    if (!error.empty()) {
+        data.codes.resize(before);
+        return Outcome::fail(std::move(error));
+    }
+    data.faceCount += count;
+    return {};
+}
+
+} // namespace
+
+Result<std::size_t> readFaceRecords(Words& words, std::vector<int>& codes, std::string_view taken) {
     std::size_t faces = 0;
-    while (!words.atEnd()) {
-        const std::string_view word = words.text();
+    while (!taken.empty() || !words.atEnd()) {
+        const std::string_view word = taken.empty() ? words.text() : std::exchange(taken, {});
         const int code = codeOf(word);
         if (code == kNoCode) {
             return Outcome::fail("'" + std::string(word) + "' is not a record of polyFaces data.");
@@ -53,52 +98,6 @@ Result<std::size_t> readRecords(Words& words, std::vector<int>& codes) {
     }
     return faces;
 }
-
-/// Where the records of a face begin.
-std::size_t startOfFace(const PolyFacesData& data, int face, std::size_t from = 0) {
-    std::size_t at = from;
-    int seen = 0;
-    while (at < data.codes.size()) {
-        if (data.codes[at] == PolyFacesData::Face && seen++ == face) return at;
-        const std::size_t head = PolyFacesData::hasSet(data.codes[at]) ? 2 : 1;
-        at += head + 1 + static_cast<std::size_t>(data.codes[at + head]);
-    }
-    return at;
-}
-
-Outcome replaceFaces(PolyFacesData& data, int first, int count, Words& words) {
-    std::vector<int> fresh;
-    const auto faces = readRecords(words, fresh);
-    if (!faces) return Outcome::fail(faces.error());
-    if (*faces != static_cast<std::size_t>(count)) {
-        return Outcome::fail(std::to_string(*faces) + " faces are given where " + std::to_string(count) +
-                             " are named.");
-    }
-    const std::size_t begin = startOfFace(data, first);
-    const std::size_t end = startOfFace(data, count, begin);
-    const auto at = data.codes.begin();
-    data.codes.erase(at + static_cast<std::ptrdiff_t>(begin), at + static_cast<std::ptrdiff_t>(end));
-    data.codes.insert(data.codes.begin() + static_cast<std::ptrdiff_t>(begin), fresh.begin(), fresh.end());
-    data.faceCount = std::max(data.faceCount, first + count);
-    return {};
-}
-
-Outcome appendFaces(PolyFacesData& data, int count, Words& words) {
-    const std::size_t before = data.codes.size();
-    const auto faces = readRecords(words, data.codes);
-    std::string error = faces.error();
-    if (faces && *faces != static_cast<std::size_t>(count)) {
-        error = std::to_string(*faces) + " faces are given where " + std::to_string(count) + " are named.";
-    }
-    if (!error.empty()) {
-        data.codes.resize(before);
-        return Outcome::fail(std::move(error));
-    }
-    data.faceCount += count;
-    return {};
-}
-
-} // namespace
 
 Outcome assignPolyFaces(graph::Cell& array, int first, int last, Words& words) {
     if (auto outcome = graph::checkWritable(array); !outcome) return outcome;

@@ -118,4 +118,8 @@ std::size_t ValueWords::take(T* to, std::size_t count) {
     return taken;
 }
 
+std::size_t ValueWords::numbers(double* to, std::size_t count) { return take(to, count); }
+std::size_t ValueWords::numbers(float* to, std::size_t count) { return take(to, count); }
+std::size_t ValueWords::numbers(int* to, std::size_t count) { return take(to, count); }
+
 } // namespace vesk::commands

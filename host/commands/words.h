@@ -59,9 +59,9 @@ class ValueWords final : public Words {
     std::size_t mostLeft() const override { return left_; }
     std::string_view text() override;
     std::string asWritten() override;
-    std::size_t numbers(double* to, std::size_t count) override { return take(to, count); }
-    std::size_t numbers(float* to, std::size_t count) override { return take(to, count); }
-    std::size_t numbers(int* to, std::size_t count) override { return take(to, count); }
+    std::size_t numbers(double* to, std::size_t count) override;
+    std::size_t numbers(float* to, std::size_t count) override;
+    std::size_t numbers(int* to, std::size_t count) override;
 
   private:
     /// Numbers inside the value: more than one for vectors and matrices.

@@ -200,6 +200,9 @@ PlugRange findPlug(Node& node, std::string_view path) {
         }
         if (!isAlias) plug.attr = attributeFor(node, plug.attr.get(), name);
         if (!plug.attr) return unknown();
+        // Indices that were not written stay open.
+        plug.depth = std::max(plug.depth, plug.attr->multiDepth() - (plug.attr->array ? 1 : 0));
+        if (plug.depth > kMaxMultiDepth) return fault("Too many indices in plug name: " + whole);
         Index index;
         if (!takeIndex(path, index)) {
             return fault("Bad index in plug name: " + node.uniqueName() + "." + whole);
