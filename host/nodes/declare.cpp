@@ -21,7 +21,7 @@ AttrRef keyable(AttrRef attribute) {
 }
 
 AttrRef output(AttrRef attribute) {
-    eachBelow(*attribute, [](Attribute& one) { one.writable = one.storable = false; });
+    eachBelow(*attribute, [](Attribute& one) { one.writable = one.storable = one.keyable = false; });
     return attribute;
 }
 

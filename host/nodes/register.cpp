@@ -1,6 +1,10 @@
 #include "host/nodes/register.h"
 
+#include "host/nodes/anim_curve_node.h"
+#include "host/nodes/arithmetic.h"
 #include "host/nodes/mesh_node.h"
+#include "host/nodes/particle_node.h"
+#include "host/nodes/polygon_creators.h"
 #include "host/nodes/shape_node.h"
 #include "host/nodes/stock_types.h"
 #include "host/nodes/transform.h"
@@ -11,6 +15,10 @@ void registerHostTypes(graph::TypeRegistry& types) {
     registerTransforms(types);
     registerShapeBases(types);
     registerMesh(types);
+    registerParticles(types);
+    registerPolygonCreators(types);
+    registerArithmetic(types);
+    registerAnimCurves(types);
     registerStockTypes(types);
 }
 

@@ -28,4 +28,10 @@ void addTweaks(Cell& list, std::vector<MFloatVector>& points) {
     });
 }
 
+void addTweaks(Cell& list, std::vector<MPoint>& points) {
+    eachTweak(list, [&points](std::size_t point, const MVector& offset) {
+        if (point < points.size()) points[point] += offset;
+    });
+}
+
 } // namespace vesk::nodes

@@ -5,6 +5,7 @@
 #include "host/nodes/declare.h"
 
 #include <maya/MFloatVector.h>
+#include <maya/MPoint.h>
 
 #include <algorithm>
 #include <vector>
@@ -42,5 +43,6 @@ void eachTweak(Cell& list, F&& visit) {
 
 /// Adds the offsets to points that are there.
 void addTweaks(Cell& list, std::vector<MFloatVector>& points);
+void addTweaks(Cell& list, std::vector<MPoint>& points);
 
 } // namespace vesk::nodes
