@@ -93,6 +93,12 @@ TEST(ObjFiles, RoundTrip) {
     ASSERT_TRUE(mesh.setUvs(0, {9, 0, 1, 0.1F, 1, 0, 0.5F}, {9, 0, 0, 1, 1, 1, -2}));
     ASSERT_TRUE(mesh.assignUvs(0, std::vector<int>{3, 4, 0}, std::vector<int>{1, 2, 3, 1, 6, 4, 5}));
     EXPECT_EQ(afterAFile(), textOf(mesh));
+    // A face that is mapped in part counts as not mapped.
+    const std::string mapped = textOf(mesh);
+    ASSERT_TRUE(
+        mesh.assignUvs(0, std::vector<int>{3, 4, 5}, std::vector<int>{1, 2, 3, 1, 6, 4, 5, 1, 1, -1, 1, 1}));
+    EXPECT_EQ(afterAFile(), mapped);
+    ASSERT_TRUE(mesh.assignUvs(0, std::vector<int>{3, 4, 0}, std::vector<int>{1, 2, 3, 1, 6, 4, 5}));
     const std::vector<MColor> colors(9, MColor(0.1F, 2, -3, 1));
     ASSERT_TRUE(mesh.setVertexColors(colors, std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8}));
     EXPECT_EQ(afterAFile(), textOf(mesh));

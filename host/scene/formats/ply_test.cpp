@@ -53,6 +53,13 @@ TEST(PlyReader, AsciiInAnyOrder) {
                    "  2 normal [0, 1, 0] color 0 0 0 1\n");
 }
 
+TEST(PlyReader, NeedsNoLineEndAtTheEnd) {
+    EXPECT_EQ(
+        meshText("ply\nformat ascii 1.0\nelement vertex 2\nproperty int x\nproperty int y\nproperty int z\n"
+                 "end_header\n1 2 3\n4 5 6"),
+        "point [1, 2, 3]\npoint [4, 5, 6]\n");
+}
+
 TEST(PlyReader, BinaryInBothByteOrders) {
     const std::string head =
         " 1.0\nelement vertex 3\nproperty short x\nproperty double y\nproperty uint z\n"
