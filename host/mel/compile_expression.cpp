@@ -190,6 +190,7 @@ Operand FunctionCompiler::chain(const ChainExpr& expr, const Want& want) {
 Operand FunctionCompiler::binary(BinaryOp op, Operand left, Operand right, const Want& want) {
     const Form form = formOf(op, left.type, right.type);
     if (form == Form::Illegal) illegalOperation(op, left.type, right.type);
+    if (form == Form::Text && op == BinaryOp::Add) return joinTexts(std::move(left), std::move(right), want);
     const bool mayFail = op == BinaryOp::Div || op == BinaryOp::Mod || form == Form::Matrix;
     if (left.isConstant() && right.isConstant() && !mayFail) {
         return constantOperand(operate(op, left.constant, right.constant));
@@ -197,7 +198,6 @@ Operand FunctionCompiler::binary(BinaryOp op, Operand left, Operand right, const
     if (form == Form::Unknown || form == Form::Matrix) {
         return binaryUnknown(op, std::move(left), std::move(right), want);
     }
-    if (form == Form::Text && op == BinaryOp::Add) return joinTexts(std::move(left), std::move(right), want);
 
     Type operands = form == Form::Int ? Type::Int : form == Form::Float ? Type::Float : Type::Vector;
     if (form == Form::Text) operands = Type::String;
@@ -244,6 +244,10 @@ Operand FunctionCompiler::binaryUnknown(BinaryOp op, Operand left, Operand right
 Operand FunctionCompiler::joinTexts(Operand left, Operand right, const Want& want) {
     left = converted(std::move(left), Type::String);
     right = converted(std::move(right), Type::String);
+    if (left.isConstant() && right.isConstant()) {
+        *left.constant.ifString() += *right.constant.ifString();
+        return left;
+    }
     if (left.isTemporary()) { // the sum of a chain so far: no new text for every piece
         builder_.emit(Op::Append, left.reg, registerOf(right));
         release(right);

@@ -1,0 +1,231 @@
+// The interpreter from outside: results, commands that run MEL, scripts on disk, limits.
+
+#include "host/mel/interpreter.h"
+
+#include "host/core/log.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace vesk::mel {
+
+namespace {
+
+class Mel : public testing::Test {
+  protected:
+    void SetUp() override {
+        log().take();
+        log().keepEntries(true);
+    }
+    void TearDown() override {
+        log().keepEntries(false);
+        EXPECT_EQ(said(LogLevel::Error), std::vector<std::string>()) << "an error that no test announced";
+    }
+
+    /// What the log holds of a level, taken out.
+    static std::vector<std::string> said(LogLevel level) {
+        std::vector<std::string> texts;
+        for (LogEntry& entry : log().take()) {
+            if (entry.level == level) texts.push_back(std::move(entry.text));
+        }
+        return texts;
+    }
+    std::string valueOf(std::string_view text) { return machine.run(text).value.display(); }
+    /// The message of a text that must fail.
+    std::string errorOf(std::string_view text) {
+        const Result result = machine.run(text);
+        EXPECT_FALSE(result.ok);
+        EXPECT_EQ(said(LogLevel::Error).size(), 1U);
+        return result.error;
+    }
+
+    Machine machine;
+};
+
+TEST_F(Mel, ResultIsTheValueOfTheLastStatement) {
+    EXPECT_EQ(machine.run("1; $a = 2.5").value.type(), Type::Float);
+    EXPECT_EQ(valueOf("({\"a\", \"b\"})[1]"), "b");
+    EXPECT_EQ(valueOf("int $n[] = {1, 2}; $n;;"), "1 2");
+    EXPECT_TRUE(machine.run("$a; if (1) $a;").value.isNone());
+    EXPECT_TRUE(machine.run("").ok);
+    EXPECT_TRUE(machine.run("\xEF\xBB\xBF// only a comment").ok);
+}
+
+TEST_F(Mel, ErrorTellsPlaceSourceLineAndCallers) {
+    const Result result =
+        machine.run("proc inner() {\n\terror \"bad\"; }\nproc outer() { inner; }\nouter;", "f.mel", 10);
+    EXPECT_EQ(said(LogLevel::Error), std::vector<std::string>{"file \"f.mel\" line 11: bad"});
+    EXPECT_EQ(result.error, "bad");
+    EXPECT_EQ(result.place.file(), "f.mel");
+    EXPECT_EQ(result.place.excerpt(), "\terror \"bad\"; }\n\t^");
+    ASSERT_EQ(result.stack.size(), 3U);
+    EXPECT_EQ(result.stack[0].procedure, "inner");
+    EXPECT_EQ(result.stack[1].procedure, "outer");
+    EXPECT_EQ(result.stack[1].place.line(), 12);
+    EXPECT_EQ(result.stack[2].procedure, "");
+    EXPECT_EQ(result.stack[2].place.line(), 13);
+
+    machine.run("\n error \"typed\";");
+    EXPECT_EQ(said(LogLevel::Error), std::vector<std::string>{"line 2: typed"});
+}
+
+TEST_F(Mel, CommandsMayRunMelAndPassItsErrorsOn) {
+    machine.commands().add("again", [](Call& call) -> Value {
+        const Result result = call.machine.run(call.args[0].asString());
+        if (!result.ok) Machine::rethrow(result);
+        return result.value;
+    });
+    EXPECT_EQ(
+        valueOf("proc int f(int $x) { int $y = `again \"1 + 1\"`; return $x * $y; } f(4) + `again \"f(1)\"`"),
+        "10");
+    machine.run("again \"nope\";");
+    EXPECT_EQ(said(LogLevel::Error), std::vector<std::string>{"line 1: Cannot find procedure \"nope\"."});
+    EXPECT_EQ(valueOf("catch(`again \"nope\"`)"), "1");
+    EXPECT_EQ(said(LogLevel::Error).size(), 1U);
+
+    machine.commands().add("throws", [](Call&) -> Value { throw std::runtime_error("from below"); });
+    EXPECT_EQ(errorOf("throws;"), "from below");
+}
+
+TEST_F(Mel, CommandsAndProceduresMayChangeWhileTheyRun) {
+    machine.commands().add("once", [](Call& call) -> Value {
+        call.machine.commands().remove("once");
+        call.machine.commands().add("other", [](Call&) -> Value { return 2; });
+        return call.args[0]; // still alive
+    });
+    EXPECT_EQ(valueOf("proc int f() { return `once 1` + catchQuiet(`once 1`) * 10 + `other`; } f"), "13");
+    // A procedure goes before a command of its name, from the next call on.
+    EXPECT_EQ(valueOf("int $sum; proc int g() { return `other`; } $sum = g(); eval(\"global proc int other() "
+                      "{ return 5; }\");"
+                      "$sum * 10 + g()"),
+              "25");
+}
+
+TEST_F(Mel, WordsReachCommandsUnspreadOnlyWhenTheyAreNoArrays) {
+    std::vector<std::string> types;
+    machine.commands().add("types", [&types](Call& call) -> Value {
+        types.clear();
+        for (const Value& word : call.args)
+            types.emplace_back(nameOf(word.type()));
+        return call.place.line();
+    });
+    EXPECT_EQ(valueOf("\nint $n[] = {1, 2}; types -f $n <<1, 2, 3>> {0.5} \"a\""), "2");
+    EXPECT_EQ(types, (std::vector<std::string>{"string", "int", "int", "vector", "float", "string"}));
+
+    std::string longCommand = "int $i = 3; types";
+    for (int i = 0; i < 100000; ++i)
+        longCommand += i % 10 == 9 ? " 0.5 word $i" : " 0.5 word -1";
+    machine.run(longCommand);
+    ASSERT_EQ(types.size(), 300000U);
+    EXPECT_EQ(types[299998], "string");
+}
+
+TEST_F(Mel, ProceduresAndGlobalsFromOutside) {
+    machine.run("global proc string f(float $x, string $a[]) { return $x / 2 + $a[1]; } int $g = 7; string "
+                "$names[];");
+    const Value arguments[] = {5, StringArray{"a", "b"}};
+    EXPECT_EQ(machine.callProc("f", arguments).value.asString(), "2.5b");
+    EXPECT_TRUE(machine.hasProc("f"));
+    EXPECT_FALSE(machine.hasProc("g"));
+    EXPECT_FALSE(machine.callProc("f").ok);
+    EXPECT_FALSE(machine.callProc("unknown").ok);
+    EXPECT_EQ(said(LogLevel::Error).size(), 2U);
+
+    EXPECT_EQ(machine.global("$g")->asInt(), 7);
+    EXPECT_FALSE(machine.global("none").has_value());
+    machine.setGlobal("g", 2.9);
+    machine.setGlobal("$fresh", MVector(1, 2, 3));
+    EXPECT_EQ(valueOf("$names[0] = \"n\"; $g + \" \" + $fresh"), "2 1 2 3");
+    EXPECT_EQ(machine.global("names")->arraySize(), 1U);
+}
+
+TEST_F(Mel, ScriptsOnThePathAreFoundSourcedAndKeepTheirLocals) {
+    const auto folder = std::filesystem::temp_directory_path() / "vesk_mel_scripts";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "byName.mel")
+        << "proc int hidden() { return 4; }\nglobal proc int byName() { return hidden(); }";
+    std::ofstream(folder / "empty.mel") << "";
+    machine.scriptPath() = {"/nowhere", folder.string()};
+    EXPECT_EQ(valueOf("whatIs byName"), "Script found in: " + (folder / "byName.mel").string());
+    EXPECT_EQ(valueOf("byName() + `exists byName`"), "5");
+    EXPECT_EQ(valueOf("whatIs byName"), "Mel procedure found in: " + (folder / "byName.mel").string());
+    EXPECT_EQ(errorOf("hidden();"), "Cannot find procedure \"hidden\".");
+    EXPECT_EQ(errorOf("empty();"), "Cannot find procedure \"empty\".");
+    EXPECT_TRUE(machine.run("source \"empty\"; source \"empty.mel\";").ok);
+    EXPECT_TRUE(machine.source((folder / "byName").string()).ok);
+    EXPECT_EQ(errorOf("source missing;"), "Cannot find file \"missing\" for source statement.");
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(Mel, LimitsStopAScriptByName) {
+    machine.limits().recursion = 50;
+    machine.limits().arraySize = 100;
+    machine.limits().stringSize = 40;
+    machine.limits().nestedRuns = 10;
+    machine.run("global proc int down(int $n) { return $n ? 1 + down($n - 1) : 0; }"
+                "global proc int again(int $n) { return $n ? 1 + eval(\"again(\" + ($n - 1) + \")\") : 0; }");
+    // The statement that calls is a frame as well.
+    EXPECT_EQ(valueOf("down(48)"), "48");
+    EXPECT_EQ(errorOf("down(49)"), "Procedures are nested more than 50 deep (recursion limit).");
+    EXPECT_EQ(valueOf("again(9)"), "9");
+    EXPECT_EQ(errorOf("again(10)"), "Scripts run by commands are nested more than 10 deep.");
+    EXPECT_EQ(valueOf("int $a[]; $a[99] = 1; size($a)"), "100");
+    EXPECT_EQ(errorOf("$a[100] = 1;"), "An array is limited to 100 elements.");
+    EXPECT_EQ(errorOf("$a[2147483647] = 1;"), "An array is limited to 100 elements.");
+    EXPECT_EQ(valueOf("string $s = \"0123456789\"; $s += $s; $s = $s + $s; size($s)"), "40");
+    EXPECT_EQ(errorOf("$s += \"x\";"), "A string is limited to 40 bytes.");
+    EXPECT_EQ(errorOf("$s = $s + 1;"), "A string is limited to 40 bytes.");
+    EXPECT_EQ(valueOf("size($s)"), "40");
+}
+
+TEST_F(Mel, StepLimitEndsEndlessScripts) {
+    machine.limits().steps = 100;
+    // Each turn but the last jumps back once; the statements are a step each.
+    EXPECT_TRUE(machine.run("for ($i = 0; $i < 90; $i++);").ok);
+    EXPECT_EQ(errorOf("while (1);"), "The script took more than 100 steps (step limit).");
+    EXPECT_EQ(errorOf("while (1) catchQuiet(eval(\"while (1);\"));"),
+              "The script took more than 100 steps (step limit).");
+    machine.limits().steps = Limits::kNoStepLimit;
+    EXPECT_TRUE(machine.run("for ($i = 0; $i < 100000; $i++);").ok);
+}
+
+TEST_F(Mel, DeferredTextsRunAfterTheOutermostText) {
+    EXPECT_EQ(
+        valueOf("global string $order = \"\"; evalDeferred \"$order += \\\"later\\\"\"; $order += \"now \";"),
+        "now ");
+    EXPECT_EQ(valueOf("$order"), "now later");
+    machine.defer("$order = \"at once\"");
+    EXPECT_EQ(machine.global("order")->asString(), "at once");
+    machine.limits().deferred = 5;
+    machine.run("int $turns; global proc forever() { global int $turns; $turns++; evalDeferred forever; } "
+                "evalDeferred forever;");
+    EXPECT_EQ(machine.global("turns")->asInt(), 5);
+    EXPECT_EQ(said(LogLevel::Error).size(), 1U);
+}
+
+TEST(MelValue, ConversionsOfTheLanguageAndThoseThatItDoesNotHave) {
+    EXPECT_EQ(Value("12abc").asInt(), 12);
+    EXPECT_EQ(Value(MVector(3, 4, 0)).asFloat(), 5.0);
+    EXPECT_EQ(Value("<<1, 2.5, 3>>").asVector(), MVector(1, 2.5, 3));
+    EXPECT_EQ(Value(FloatArray{1.5, -2.5}).asIntArray().read(), (IntArray{1, -2}));
+    EXPECT_TRUE(Value().asStringArray()->empty());
+    EXPECT_EQ(Value("1e3").number(), 1000.0);
+    EXPECT_FALSE(Value("1e3x").number().has_value());
+    EXPECT_EQ(Value(StringArray{"", "a"}).display(), " a");
+    EXPECT_THROW((void)Value(IntArray{1}).asInt(), Error);
+    EXPECT_THROW((void)Value(StringArray{"1"}).asIntArray(), Error);
+    EXPECT_THROW((void)Value().asString(), Error);
+    EXPECT_THROW((void)Value(Matrix(2, 3)).asVector(), Error);
+    // A copy shares until one is written.
+    const Value original(IntArray{1, 2});
+    Value copy = original;
+    copy.setElement(3, 7.9);
+    EXPECT_EQ(copy.display(), "1 2 0 7");
+    EXPECT_EQ(original.display(), "1 2");
+}
+
+} // namespace
+
+} // namespace vesk::mel
