@@ -137,7 +137,7 @@ void writeData(AtomicFile& file, const Data& data) {
     } else if (const auto* texts = dynamic_cast<const StringArrayData*>(&data)) {
         writeHead(file, "stringArray");
         writeCount(file, texts->values.read().size());
-        for (const MString& text : texts->values.read()) file.write(" " + quotedText(text.asChar()));
+        for (const MString& item : texts->values.read()) file.write(" " + quotedText(item.asChar()));
     } else if (const auto* components = dynamic_cast<const ComponentListData*>(&data)) {
         const auto names = components->texts();
         writeHead(file, "componentList");

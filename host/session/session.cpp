@@ -8,7 +8,8 @@
 #include "host/commands/poly_commands.h"
 #include "host/commands/transform_commands.h"
 #include "host/core/log.h"
-#include "host/nodes/host_types.h"
+#include "host/nodes/default_nodes.h"
+#include "host/nodes/register.h"
 #include "host/scene/open.h"
 #include "host/session/session_commands.h"
 

@@ -81,13 +81,13 @@ MVector placed(const MFloatVector& normal, const MMatrix* toWorld) {
 MFnMesh::MFnMesh(MObject& object, MStatus* status) : MFnMesh(std::as_const(object), status) {}
 
 MFnMesh::MFnMesh(const MObject& object, MStatus* status) {
-    MObject data = vesk::api::meshDataOf(object);
+    MObject data = vesk::api::geometryDataOf(object, MFn::kMesh);
     attach(data, status);
     if (data != object) shape_ = object;
 }
 
 MFnMesh::MFnMesh(const MDagPath& path, MStatus* status) {
-    attach(vesk::api::meshDataOf(path), status);
+    attach(vesk::api::geometryDataOf(path, MFn::kMesh), status);
     shape_ = path.node();
 }
 

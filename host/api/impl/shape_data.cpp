@@ -27,23 +27,26 @@ graph::DagNode* shapeOf(graph::DagNode& node) {
     return nullptr;
 }
 
+/// The output of a shape that carries world space.
+std::string_view worldOutputName(MFn::Type shapeKind) { return shapeKind == MFn::kMesh ? "worldMesh" : "worldSpace"; }
+
 } // namespace
 
-MObject meshDataOf(const MObject& object) {
+MObject geometryDataOf(const MObject& object, MFn::Type shapeKind) {
     if (graph::DagNode* node = dagNodeOf(object)) {
-        return node->hasFn(MFn::kMesh) ? worldOutput(*node, "worldMesh", 0) : MObject();
+        return node->hasFn(shapeKind) ? worldOutput(*node, worldOutputName(shapeKind), 0) : MObject();
     }
     return dataOf(object) ? object : MObject();
 }
 
-MObject meshDataOf(const MDagPath& path) {
+MObject geometryDataOf(const MDagPath& path, MFn::Type shapeKind) {
     const graph::DagPath* here = path.hostPath();
     if (!here || !here->isValid()) return MObject();
     graph::DagPath full = *here;
     graph::DagNode* shape = shapeOf(*full.node());
-    if (!shape || !shape->hasFn(MFn::kMesh)) return MObject();
+    if (!shape || !shape->hasFn(shapeKind)) return MObject();
     if (shape != full.node()) full.nodes.emplace_back(shape);
-    return worldOutput(*shape, "worldMesh", full.instanceNumber());
+    return worldOutput(*shape, worldOutputName(shapeKind), full.instanceNumber());
 }
 
 } // namespace vesk::api

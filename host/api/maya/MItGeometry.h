@@ -7,8 +7,8 @@
 
 class MDataHandle;
 
-/// Walks the points of a mesh, curve or surface in the order of all per-point arrays: vertices by id, CVs by index, a
-/// surface's with v fastest. Of periodic shapes only the distinct CVs are visited.
+/// Walks the points of a mesh, curve or surface in the order of all per-point arrays: vertices by id, CVs by
+/// index, a surface's with v fastest. Of periodic shapes only the distinct CVs are visited.
 ///
 /// Data without points of its own (particle positions) has no iterator: the constructor fails and it is done.
 class MItGeometry {

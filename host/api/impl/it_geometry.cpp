@@ -1,0 +1,121 @@
+#include "host/api/impl/result.h"
+#include "host/data/component.h"
+#include "host/data/mesh_data.h"
+#include "host/data/nurbs_data.h"
+
+#include <maya/MDataHandle.h>
+#include <maya/MItGeometry.h>
+
+using vesk::GeometryData;
+using vesk::MeshData;
+using vesk::NurbsCurveData;
+using vesk::NurbsSurfaceData;
+using vesk::api::answer;
+using vesk::api::report;
+
+namespace {
+
+MObject dataOf(const MDataHandle& handle) { return MDataHandle(handle).data(); }
+
+} // namespace
+
+MItGeometry::MItGeometry(MDataHandle& handle, bool readOnly, MStatus* status) : MItGeometry(dataOf(handle), status) {
+    readOnly_ = readOnly || object_.isReadOnly();
+}
+
+MItGeometry::MItGeometry(const MObject& geometry, MStatus* status) {
+    const vesk::Object* what = geometry.hostObject();
+    if (const auto* mesh = dynamic_cast<const MeshData*>(what)) {
+        count_ = distinctU_ = mesh->geometry().vertexCount();
+    } else if (const auto* curve = dynamic_cast<const NurbsCurveData*>(what)) {
+        count_ = curve->geometry().cvCount();
+        distinctU_ = curve->geometry().distinctCvCount();
+    } else if (const auto* surface = dynamic_cast<const NurbsSurfaceData*>(what)) {
+        count_ = surface->geometry().cvCount();
+        numCVsInV_ = surface->geometry().cvCountV();
+        distinctU_ = surface->geometry().distinctCvCountU();
+        distinctV_ = surface->geometry().distinctCvCountV();
+    } else {
+        report(status, MStatus::kInvalidParameter);
+        return;
+    }
+    object_ = geometry;
+    report(status);
+}
+
+bool MItGeometry::isDone(MStatus* status) const {
+    return answer(status, index_ >= (numCVsInV_ > 0 ? distinctU_ * numCVsInV_ : distinctU_));
+}
+
+MStatus MItGeometry::next() {
+    if (isDone()) return MStatus::kFailure;
+    ++index_;
+    skipRepeated();
+    return {};
+}
+
+void MItGeometry::skipRepeated() {
+    if (numCVsInV_ > 0 && index_ % numCVsInV_ >= distinctV_) index_ += numCVsInV_ - index_ % numCVsInV_;
+}
+
+MStatus MItGeometry::reset() {
+    index_ = 0;
+    return {};
+}
+
+int MItGeometry::index(MStatus* status) const {
+    return answer(status, index_, isDone() ? MStatus::kFailure : MStatus::kSuccess);
+}
+
+int MItGeometry::count(MStatus* status) const { return answer(status, count_); }
+
+int MItGeometry::exactCount(MStatus* status) const {
+    return answer(status, numCVsInV_ > 0 ? distinctU_ * distinctV_ : distinctU_);
+}
+
+MObject MItGeometry::currentItem(MStatus* status) const {
+    if (isDone()) return answer(status, MObject(), MStatus::kFailure);
+    if (numCVsInV_ > 0) {
+        const auto pair = vesk::makeRef<vesk::DoubleComponent>(MFn::kSurfaceCVComponent);
+        pair->add({index_ / numCVsInV_, index_ % numCVsInV_});
+        return answer(status, MObject(pair.get()));
+    }
+    const bool isMesh = dynamic_cast<MeshData*>(object_.hostObject()) != nullptr;
+    const auto single = vesk::makeRef<vesk::SingleComponent>(isMesh ? MFn::kMeshVertComponent : MFn::kCurveCVComponent);
+    single->add({index_});
+    return answer(status, MObject(single.get()));
+}
+
+MPoint MItGeometry::position(MSpace::Space space, MStatus* status) const {
+    if (isDone()) return answer(status, MPoint(), MStatus::kFailure);
+    const auto at = static_cast<std::size_t>(index_);
+    MPoint point;
+    if (const auto* mesh = dynamic_cast<MeshData*>(object_.hostObject())) {
+        point = MPoint(mesh->geometry().point(index_));
+    } else if (const auto* curve = dynamic_cast<NurbsCurveData*>(object_.hostObject())) {
+        point = curve->geometry().cvs()[at];
+    } else if (const auto* surface = dynamic_cast<NurbsSurfaceData*>(object_.hostObject())) {
+        point = surface->geometry().cvs()[at];
+    }
+    point.w = 1;
+    const auto* data = static_cast<GeometryData*>(object_.hostObject());
+    if (space == MSpace::kWorld && data->hasMatrix()) point = point * data->matrix();
+    return answer(status, point);
+}
+
+MStatus MItGeometry::setPosition(const MPoint& point, MSpace::Space space) {
+    if (isDone() || readOnly_) return MStatus::kFailure;
+    const auto* data = static_cast<GeometryData*>(object_.hostObject());
+    const MPoint own = space == MSpace::kWorld && data->hasMatrix() ? point * data->matrix().inverse() : point;
+    if (auto* mesh = dynamic_cast<MeshData*>(object_.hostObject())) {
+        mesh->write().setPoint(index_, MFloatVector(static_cast<float>(own.x), static_cast<float>(own.y),
+                                                    static_cast<float>(own.z)));
+        return {};
+    }
+    vesk::Outcome outcome;
+    if (auto* curve = dynamic_cast<NurbsCurveData*>(object_.hostObject())) outcome = curve->write().setCv(index_, own);
+    if (auto* surface = dynamic_cast<NurbsSurfaceData*>(object_.hostObject())) {
+        outcome = surface->write().setCv(index_, own);
+    }
+    return outcome ? MStatus::kSuccess : MStatus::kFailure;
+}
