@@ -201,9 +201,11 @@ class Shrinking {
     Mesh mesh() const {
         const MeshTopology& loops = *loops_.topology;
         std::vector<int> counts;
+        counts.reserve(static_cast<std::size_t>(loops.faceCount()));
         for (int f = 0; f < loops.faceCount(); ++f)
             counts.push_back(loops.faceSize(f));
         std::vector<int> connects;
+        connects.reserve(loops.faceVertices().size());
         for (const int v : loops.faceVertices())
             connects.push_back(newVertex_[v]);
         MeshTopologyPtr topology =

@@ -20,15 +20,11 @@ TEST(MeshEdit, FacesAddedOneByOneMakeTheSameMesh) {
         EXPECT_TRUE(grown.checkInvariants()) << name << ": " << grown.checkInvariants().error;
         EXPECT_EQ(grown.vertexCount(), mesh.vertexCount()) << name;
         EXPECT_EQ(grown.edgeCount(), mesh.edgeCount()) << name;
-        const auto whole = MeshTopology::fromFaces(
-            grown.vertexCount(),
-            [&] {
-                Ids counts;
-                for (int f = 0; f < mesh.faceCount(); ++f)
-                    counts.push_back(mesh.topology().faceSize(f));
-                return counts;
-            }(),
-            grown.topology().faceVertices());
+        Ids counts;
+        for (int f = 0; f < mesh.faceCount(); ++f)
+            counts.push_back(mesh.topology().faceSize(f));
+        const auto whole =
+            MeshTopology::fromFaces(grown.vertexCount(), counts, grown.topology().faceVertices());
         EXPECT_EQ(grown.topology().edges(), whole.topology->edges()) << name;
         EXPECT_EQ(grown.topology().cornerEdges(), whole.topology->cornerEdges()) << name;
     }

@@ -299,24 +299,25 @@ const MeshTopologyPtr& MeshTopology::empty() {
     return none;
 }
 
-MeshTopologyPtr MeshTopology::withFace(MeshTopologyPtr base, int newVertices,
+MeshTopologyPtr MeshTopology::withFace(MeshTopologyPtr&& base, int newVertices,
                                        std::span<const MeshEdge> newEdges, std::span<const int> vertices,
                                        std::span<const int> edges) {
+    const MeshTopologyPtr held = std::move(base);
     const std::shared_ptr<MeshTopology> grown(new MeshTopology());
-    if (base.use_count() == 1) {
+    if (held.use_count() == 1) {
         // Every topology is made without const; only sharing makes it constant.
-        auto& own = const_cast<MeshTopology&>(*base);
+        auto& own = const_cast<MeshTopology&>(*held);
         grown->faceStart_ = std::move(own.faceStart_);
         grown->faceVertices_ = std::move(own.faceVertices_);
         grown->cornerEdges_ = std::move(own.cornerEdges_);
         grown->edges_ = std::move(own.edges_);
     } else {
-        grown->faceStart_ = base->faceStart_;
-        grown->faceVertices_ = base->faceVertices_;
-        grown->cornerEdges_ = base->cornerEdges_;
-        grown->edges_ = base->edges_;
+        grown->faceStart_ = held->faceStart_;
+        grown->faceVertices_ = held->faceVertices_;
+        grown->cornerEdges_ = held->cornerEdges_;
+        grown->edges_ = held->edges_;
     }
-    grown->vertexCount_ = base->vertexCount_ + newVertices;
+    grown->vertexCount_ = held->vertexCount_ + newVertices;
     grown->edges_.insert(grown->edges_.end(), newEdges.begin(), newEdges.end());
     grown->faceVertices_.insert(grown->faceVertices_.end(), vertices.begin(), vertices.end());
     grown->cornerEdges_.insert(grown->cornerEdges_.end(), edges.begin(), edges.end());
@@ -324,7 +325,7 @@ MeshTopologyPtr MeshTopology::withFace(MeshTopologyPtr base, int newVertices,
     std::vector<int> sorted(vertices.begin(), vertices.end());
     std::sort(sorted.begin(), sorted.end());
     grown->repeatedVertex_ =
-        base->repeatedVertex_ || std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end();
+        held->repeatedVertex_ || std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end();
     return grown;
 }
 

@@ -72,8 +72,9 @@ class MeshTopology {
 
     /// `base` with one face more; its arrays are taken over when nobody else holds it. `newEdges` follow the
     /// present ones. The loop has three corners or more, none equal to the next, `edges` the edge after each.
-    static MeshTopologyPtr withFace(MeshTopologyPtr base, int newVertices, std::span<const MeshEdge> newEdges,
-                                    std::span<const int> vertices, std::span<const int> edges);
+    static MeshTopologyPtr withFace(MeshTopologyPtr&& base, int newVertices,
+                                    std::span<const MeshEdge> newEdges, std::span<const int> vertices,
+                                    std::span<const int> edges);
 
     MeshTopology(const MeshTopology&) = delete;
     MeshTopology& operator=(const MeshTopology&) = delete;
@@ -123,7 +124,8 @@ class MeshTopology {
     /// Edges at a vertex, counter-clockwise as seen from outside. The round starts at the lowest edge, or at
     /// the border of the fan that holds it; fans that hang on by the vertex alone, or by an edge with more
     /// than two faces, follow by their lowest edge; each edge once. In an unbroken fan, corner k of
-    /// `cornersOfVertex` lies between edge k and the edge after it.
+    /// `cornersOfVertex` lies between edge k and the edge after it. Where windings disagree, the face by
+    /// which the round begins decides its direction.
     std::span<const int> edgesOfVertex(int vertex) const {
         return slice(fans().vertexEdges, fans().edgeStart, vertex);
     }
