@@ -60,9 +60,13 @@ NurbsBasis NurbsBasis::periodic(int degree, int spans) {
     return basis;
 }
 
+Outcome NurbsBasis::checkDegree(int degree) {
+    if (degree >= 1 && degree <= maxNurbsDegree) return {};
+    return Outcome::fail("degree " + text(degree) + " is not between 1 and " + text(maxNurbsDegree));
+}
+
 Outcome NurbsBasis::check() const {
-    if (degree < 1 || degree > maxNurbsDegree)
-        return Outcome::fail("degree " + text(degree) + " is not between 1 and " + text(maxNurbsDegree));
+    if (Outcome fault = checkDegree(degree); !fault) return fault;
     if (form != NurbsForm::Open && form != NurbsForm::Closed && form != NurbsForm::Periodic)
         return Outcome::fail("form " + text(static_cast<int>(form)) + " is not known");
     if (knots.size() < 2U * degree)

@@ -40,6 +40,8 @@ struct NurbsBasis {
     /// Knots 1 - degree .. spans + degree - 1.
     static NurbsBasis periodic(int degree, int spans);
 
+    /// Whether it is 1 to `maxNurbsDegree`.
+    static Outcome checkDegree(int degree);
     /// Names the first fault: degree outside 1..7, an unknown form, too few knots, a knot that is smaller
     /// than the one before or not finite, a knot more than `degree` times, a domain without length, a
     /// periodic form with fewer than 2 degree + 1 CVs. What follows needs a basis without fault, or empty.

@@ -123,12 +123,19 @@ CurvePoint NurbsCurve::at(double parameter) const {
 }
 
 MPoint NurbsCurve::pointAt(double parameter) const {
-    if (empty()) return {};
-    const NurbsRow row = basis_->row(parameter);
+    const NurbsSum sum = sumAt(parameter);
+    return sum.w != 0.0 ? MPoint(sum.xyz / sum.w) : MPoint(sum.xyz);
+}
+
+NurbsSum NurbsCurve::sumAt(double parameter) const {
     NurbsSum sum;
-    for (int j = 0; j <= degree(); ++j)
-        sum.add((*cvs_)[row.firstCv + j], row.values[0][j]);
-    return rational_ && sum.w != 0.0 ? MPoint(sum.xyz / sum.w) : MPoint(sum.xyz);
+    if (!empty()) {
+        const NurbsRow row = basis_->row(parameter);
+        for (int j = 0; j <= degree(); ++j)
+            sum.add((*cvs_)[row.firstCv + j], row.values[0][j]);
+    }
+    if (!rational_) sum.w = 1.0;
+    return sum;
 }
 
 std::vector<MPoint> NurbsCurve::editPoints() const {

@@ -49,6 +49,8 @@ class NurbsCurve {
 
     CurvePoint at(double parameter) const;
     MPoint pointAt(double parameter) const;
+    /// The point before its division by the weight, which is 1 unless the curve is rational.
+    NurbsSum sumAt(double parameter) const;
     std::vector<MPoint> editPoints() const;
     /// Of the part from one parameter to the other, to about `tolerance`; negative when `to` lies before
     /// `from`.
