@@ -9,7 +9,6 @@
 namespace vesk::nodes {
 
 using graph::AttrKind;
-using graph::PlugRange;
 
 namespace {
 
@@ -149,35 +148,38 @@ AttrRef likeOther(const Attribute& other, const std::string& longName, const std
     return attribute;
 }
 
-AttrRef lastOf(const Segment& segment, const AttributeHint& hint) {
+void markGuessed(Attribute& attribute) {
+    attribute.guessed = true;
+    for (const auto& child : attribute.children)
+        markGuessed(*child);
+}
+
+/// `elements`: how many the whole path names.
+AttrRef lastOf(const Segment& segment, const AttributeHint& hint, int elements) {
     if (!hint.type.empty()) return ofType(segment.name, hint.type);
     if (hint.other && !hint.other->isNull()) {
         auto attribute = likeOther(*hint.other->attr, segment.name, segment.name);
         attribute->array = hint.other->isArray();
         return attribute;
     }
-    if (hint.numbers > 0) return ofNumbers(segment.name, hint.numbers / segment.elements);
+    if (hint.numbers > 0) return ofNumbers(segment.name, hint.numbers / elements);
     return graph::message(segment.name, segment.name);
 }
 
 } // namespace
 
-bool Placeholder::made(const Attribute& attribute) const {
-    const Attribute* top = &attribute;
-    while (top->parent)
-        top = top->parent;
-    return std::any_of(made_.begin(), made_.end(), [top](const AttrRef& one) { return one.get() == top; });
-}
-
-Attribute* Placeholder::ensureOne(Attribute* below, const std::string& name, AttrRef wanted) {
+Attribute* Placeholder::ensureOne(Attribute* below, const std::string& name, const AttrRef& wanted) {
+    markGuessed(*wanted);
     const auto outcome = below ? node_.addDynamicChild(*below, wanted) : node_.addDynamicAttribute(wanted);
     if (!outcome) return nullptr;
-    if (!below) made_.push_back(wanted);
     return node_.findAttribute(name);
 }
 
 Attribute* Placeholder::ensure(std::string_view path, const AttributeHint& hint) {
     const auto segments = parsePath(path);
+    int elements = 1; // only one segment of a path may be a range
+    for (const Segment& segment : segments)
+        elements = std::max(elements, segment.elements);
     Attribute* at = nullptr;
     for (std::size_t i = 0; i < segments.size(); ++i) {
         const Segment& segment = segments[i];
@@ -191,7 +193,8 @@ Attribute* Placeholder::ensure(std::string_view path, const AttributeHint& hint)
             }
         }
         if (!found) {
-            AttrRef wanted = isLast ? lastOf(segment, hint) : graph::compound(segment.name, segment.name, {});
+            AttrRef wanted =
+                isLast ? lastOf(segment, hint, elements) : graph::compound(segment.name, segment.name, {});
             if (!wanted) return nullptr;
             wanted->array = wanted->array || segment.indexed || (isLast && hint.nextAvailable);
             wanted->indexMatters = false;
@@ -220,20 +223,6 @@ const NodeType& placeholderType(graph::TypeRegistry& types, const std::string& n
     case PlaceholderKind::Node: break;
     }
     return declare<PlaceholderNode>(types, name, MFn::kUnknown);
-}
-
-PlugRange findOrMakePlug(Node& node, std::string_view attributePath, const AttributeHint& hint) {
-    PlugRange range = graph::findPlug(node, attributePath);
-    auto* placeholder = dynamic_cast<Placeholder*>(&node);
-    if (range.error.empty() || !placeholder) return range;
-    if (!placeholder->ensure(attributePath, hint)) return range;
-    return graph::findPlug(node, attributePath);
-}
-
-PlugRange findOrMakePlug(graph::Scene& scene, std::string_view plugName, const AttributeHint& hint) {
-    const auto dot = plugName.find('.');
-    Node* node = dot == std::string_view::npos ? nullptr : scene.find(plugName.substr(0, dot));
-    return node ? findOrMakePlug(*node, plugName.substr(dot + 1), hint) : graph::findPlug(scene, plugName);
 }
 
 } // namespace vesk::nodes

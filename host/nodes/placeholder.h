@@ -37,16 +37,16 @@ class Placeholder {
     /// not fit what is there.
     graph::Attribute* ensure(std::string_view path, const AttributeHint& hint);
     /// Whether the attribute came to be this way: a file sets it without adding it first.
-    bool made(const graph::Attribute& attribute) const;
+    static bool made(const graph::Attribute& attribute) { return attribute.guessed; }
 
   protected:
     explicit Placeholder(graph::Node& node) : node_(node) {}
 
   private:
-    graph::Attribute* ensureOne(graph::Attribute* below, const std::string& name, graph::AttrRef wanted);
+    graph::Attribute* ensureOne(graph::Attribute* below, const std::string& name,
+                                const graph::AttrRef& wanted);
 
     graph::Node& node_;
-    std::vector<graph::AttrRef> made_;
 };
 
 template <class Base>
@@ -69,9 +69,5 @@ PlaceholderKind likelyKind(bool hasParent, std::string_view nodeName);
 /// type of that name that is there already is returned as it is.
 const graph::NodeType& placeholderType(graph::TypeRegistry& types, const std::string& name,
                                        PlaceholderKind kind = PlaceholderKind::Node);
-
-/// As `graph::findPlug`; a placeholder gets the attribute when it is missing.
-graph::PlugRange findOrMakePlug(graph::Node& node, std::string_view attributePath, const AttributeHint& hint);
-graph::PlugRange findOrMakePlug(graph::Scene& scene, std::string_view plugName, const AttributeHint& hint);
 
 } // namespace vesk::nodes

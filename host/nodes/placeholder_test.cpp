@@ -10,8 +10,10 @@ namespace {
 class PlaceholderTest : public NodesTest {
   protected:
     std::string ensured(const std::string& name, const AttributeHint& hint) {
-        const auto range = findOrMakePlug(*scene, name, hint);
-        if (!range.error.empty()) return "refused";
+        const auto dot = name.find('.');
+        auto* placeholder = dynamic_cast<Placeholder*>(scene->find(name.substr(0, dot)));
+        if (!placeholder || !placeholder->ensure(name.substr(dot + 1), hint)) return "refused";
+        const auto range = graph::findPlug(*scene, name);
         return range.plug.attr->typeName() + (range.plug.attr->array ? "[]" : "") + " " + range.plug.name();
     }
 };
@@ -34,8 +36,8 @@ TEST_F(PlaceholderTest, AttributesComeToBeAsTheyAreWritten) {
     EXPECT_EQ(ensured("x.a[2].b[1].d", text), "string x.a[2].b[1].d") << "a compound grows";
     set("x.a[2].b[0].c", 4);
     EXPECT_EQ(get("x.a[2].b[0].c"), 4);
-    EXPECT_TRUE(dynamic_cast<Placeholder&>(*node).made(at("x.a[2].b[0].c").attr));
-    EXPECT_FALSE(dynamic_cast<Placeholder&>(*node).made(at("x.nodeState").attr));
+    EXPECT_TRUE(Placeholder::made(at("x.a[2].b[0].c").attr));
+    EXPECT_FALSE(Placeholder::made(at("x.nodeState").attr));
     AttributeHint other;
     for (const char* kind : {"matrix", "doubleArray", "nurbsCurve", "float2", "long3", "someThing"}) {
         other.type = kind;

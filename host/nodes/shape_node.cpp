@@ -94,11 +94,11 @@ bool GeometryShapeNode::hasInput() const {
     return input && input->source;
 }
 
-Outcome GeometryShapeNode::setOwn(Ref<GeometryData> geometry) {
+Outcome GeometryShapeNode::setOwn(const Ref<GeometryData>& geometry) {
     if (hasInput()) {
         return Outcome::fail("'" + uniqueName() + "' has construction history: its geometry cannot be set.");
     }
-    return graph::storeData(cell(*plugs().own), std::move(geometry));
+    return graph::storeData(cell(*plugs().own), geometry);
 }
 
 Ref<GeometryData> GeometryShapeNode::own() { return graph::pullAs<GeometryData>(cell(*plugs().own)); }
@@ -106,7 +106,7 @@ Ref<GeometryData> GeometryShapeNode::own() { return graph::pullAs<GeometryData>(
 Ref<GeometryData> GeometryShapeNode::shown() { return graph::pullAs<GeometryData>(cell(*plugs().local)); }
 
 Ref<GeometryData> GeometryShapeNode::makeLocal() {
-    const auto data = hasInput() ? graph::pullAs<GeometryData>(cell(*plugs().input)) : own();
+    auto data = hasInput() ? graph::pullAs<GeometryData>(cell(*plugs().input)) : own();
     const auto groups = ownGroups(*this);
     const bool shaped = isShaped();
     if (!data || (groups.empty() && !shaped && !data->hasMatrix())) return data;

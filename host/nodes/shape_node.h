@@ -22,7 +22,7 @@ class GeometryShapeNode : public graph::DagNode {
     using DagNode::DagNode;
 
     /// Replaces the shape's own geometry. Refused while the input is connected.
-    Outcome setOwn(Ref<GeometryData> geometry);
+    Outcome setOwn(const Ref<GeometryData>& geometry);
     /// The shape's own geometry, without tweaks and groups; null when there is none. While the input is
     /// connected it is not shown.
     virtual Ref<GeometryData> own();
