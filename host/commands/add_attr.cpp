@@ -130,9 +130,9 @@ void finishIfComplete(CommandContext& context, PendingCompound& pending) {
             return place.compound->children.size() == place.childCount;
         });
     if (!isComplete) return;
+    const auto at = &pending - context.pendingCompounds.data();
     const PendingCompound done = std::move(pending);
-    context.pendingCompounds.erase(context.pendingCompounds.begin() +
-                                   (&pending - context.pendingCompounds.data()));
+    context.pendingCompounds.erase(context.pendingCompounds.begin() + at);
     require(done.node->addDynamicAttribute(done.top));
 }
 

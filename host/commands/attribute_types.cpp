@@ -123,9 +123,8 @@ Result<AttributeType> attributeOfType(std::string_view typeName, std::string lon
 Result<AttributeType> attributeOfData(std::string_view typeName, std::string longName,
                                       std::string shortName) {
     if (const int size = tupleSize(typeName)) {
-        std::vector<std::string> suffixes;
-        for (int i = 0; i < size; ++i)
-            suffixes.push_back(std::to_string(i));
+        std::vector<std::string> suffixes{"0", "1", "2", "3"};
+        suffixes.resize(static_cast<std::size_t>(size));
         return AttributeType{graph::tuple(std::move(longName), std::move(shortName), tupleType(typeName),
                                           std::move(suffixes))};
     }

@@ -29,7 +29,7 @@ Outcome readKnots(Words& words, NurbsBasis& basis) {
 
 /// `dimension` coordinates each, and a weight when rational.
 Result<std::vector<MPoint>> readCvs(Words& words, int dimension, bool rational) {
-    const auto each = static_cast<std::size_t>(dimension + (rational ? 1 : 0));
+    const std::size_t each = static_cast<std::size_t>(dimension) + (rational ? 1 : 0);
     const auto count = readCount(words, each, "CVs");
     if (!count) return Outcome::fail(count.error());
     std::vector<MPoint> cvs;

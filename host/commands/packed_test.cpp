@@ -17,8 +17,9 @@ class Packed : public ProbeScene {
         return faces ? faces->codes : none;
     }
     /// Through the stream that scene files use.
-    std::string fromFile(std::vector<mel::Value> values) {
+    std::string fromFile(const std::vector<mel::Value>& values) {
         std::vector<const mel::Value*> pointers;
+        pointers.reserve(values.size());
         for (const auto& value : values)
             pointers.push_back(&value);
         ValueWords words(pointers);

@@ -62,6 +62,8 @@ inline void registerProbe(graph::TypeRegistry& types) {
     t(typed("points", "pn", MFnData::kPointArray));
     t(typed("parts", "pa", MFnData::kComponentList));
     t(typed("shape", "sh", MFnData::kMesh));
+    t(typed("curve", "cu", MFnData::kNurbsCurve));
+    t(typed("surface", "su2", MFnData::kNurbsSurface));
     t(typed("anything", "an", MFnData::kAny));
     auto open = makeRef<Attribute>();
     open->longName = "open";

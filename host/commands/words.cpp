@@ -28,8 +28,8 @@ Result<std::size_t> readCount(Words& words, std::size_t wordsEach, std::string_v
     if (!(number >= 0) || number != std::floor(number)) {
         return Outcome::fail("There cannot be " + formatDouble(number) + ' ' + std::string(what) + '.');
     }
-    const std::size_t left = words.mostLeft();
-    if (number > static_cast<double>(left / std::max<std::size_t>(wordsEach, 1))) {
+    const std::size_t most = words.mostLeft() / std::max<std::size_t>(wordsEach, 1);
+    if (number > static_cast<double>(most)) {
         return Outcome::fail(formatDouble(number, 17) + ' ' + std::string(what) +
                              " are announced, but the values end before that.");
     }
@@ -67,6 +67,18 @@ void ValueWords::step() {
     do {
         values_ = values_.subspan(1);
     } while (!values_.empty() && sizeOf(*values_.front()) == 0);
+}
+
+std::size_t ValueWords::numbersAhead() {
+    std::size_t count = 0;
+    std::size_t first = part_;
+    for (const mel::Value* value : values_) {
+        const std::size_t size = sizeOf(*value);
+        if (size > 0 && !part(*value, first)) break;
+        count += size - first;
+        first = 0;
+    }
+    return count;
 }
 
 WordKind ValueWords::peek() {
