@@ -48,7 +48,7 @@ MObject MFnTypedAttribute::create(const MString& longName, const MString& shortN
                                   const MObject& defaultData, MStatus* status) {
     auto attribute = make(AttrKind::Typed, longName, shortName);
     attribute->dataType = dataType;
-    const MObject made = adopt(attribute.get(), status);
+    MObject made = adopt(attribute.get(), status);
     if (made.isNull() || defaultData.isNull()) return made;
     const MStatus set = setDefault(defaultData);
     if (set) return made;

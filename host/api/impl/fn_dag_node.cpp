@@ -26,7 +26,7 @@ MStatus MFnDagNode::setObject(const MObject& object) {
 }
 
 MStatus MFnDagNode::setObject(const MDagPath& path) {
-    MStatus done = setObject(path.node());
+    MStatus done = MFnDagNode::setObject(path.node());
     if (done) path_ = path;
     return done;
 }

@@ -27,6 +27,7 @@ MObject MFnNumericAttribute::create(const MString& longName, const MString& shor
         return adopt(vesk::graph::number(text(longName), text(shortName), type, defaultValue).get(), status);
     }
     std::vector<std::string> suffixes;
+    suffixes.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         suffixes.push_back(std::to_string(i));
     return adopt(vesk::graph::tuple(text(longName), text(shortName), type, std::move(suffixes),

@@ -1,6 +1,7 @@
 // Data handles, multis and their builders, inside and outside of a compute.
 
 #include "host/api/impl/test_session.h"
+#include "host/data/geometry_data.h"
 
 #include <maya/MArrayDataBuilder.h>
 #include <maya/MArrayDataHandle.h>
@@ -80,6 +81,49 @@ TEST_F(HandleTest, DataObjectsAreSharedUntilWritten) {
     EXPECT_EQ(block().outputValue(Probe::rows).set(fresh), MStatus::kFailure);
     EXPECT_TRUE(numbers.set(MObject::kNullObj));
     EXPECT_EQ(numbers.type(), MFnData::kInvalid);
+}
+
+/// Geometry of one point, called a mesh.
+struct Dot {
+    MPoint point{1, 0, 0};
+    Dot transformed(const MMatrix& matrix) const { return {point * matrix}; }
+    std::size_t byteSize() const { return sizeof(point); }
+};
+using DotData = GeometryDataOf<Dot, MFn::kMeshData, MFnData::kMesh>;
+
+DotData& dotOf(const MObject& object) { return dynamic_cast<DotData&>(*object.hostObject()); }
+
+TEST_F(HandleTest, GeometryCarriesItsMatrixAlongWires) {
+    MMatrix matrix;
+    matrix[3][0] = 5;
+    const auto source = makeRef<DotData>();
+    source->setMatrix(matrix);
+    const MObject from = make();
+    ASSERT_TRUE(MPlug(from, Probe::any).setMObject(handleOn(source.get())));
+    Probe::onCompute = [](Probe&, const MPlug& plug, MDataBlock& block) -> MStatus {
+        if (plug != Probe::anyOut) return MStatus::kUnknownParameter;
+        return block.outputValue(Probe::anyOut).set(block.inputValue(Probe::any).asMesh());
+    };
+    ASSERT_TRUE(connect(MPlug(from, Probe::anyOut), MPlug(node, Probe::any)));
+
+    MDataHandle in = block().inputValue(Probe::any);
+    EXPECT_EQ(in.type(), MFnData::kMesh);
+    EXPECT_EQ(in.geometryTransformMatrix(), matrix);
+    EXPECT_EQ(dotOf(in.asMesh()).geometry().point, MPoint(1, 0, 0));
+    EXPECT_TRUE(in.asMesh().isReadOnly());
+    const MObject inWorld = in.asMeshTransformed();
+    EXPECT_EQ(dotOf(inWorld).geometry().point, MPoint(6, 0, 0));
+    EXPECT_EQ(dotOf(inWorld).matrix(), MMatrix()); // object and world space are one in it
+    EXPECT_TRUE(inWorld.isReadOnly());
+    EXPECT_TRUE(in.asNurbsCurve().isNull() && in.asNurbsSurfaceTransformed().isNull());
+
+    // Passed on and then written, the output's geometry leaves the input's alone.
+    MDataHandle out = block().outputValue(Probe::anyOut);
+    EXPECT_TRUE(out.set(in.asMesh()));
+    EXPECT_FALSE(out.asMesh().isReadOnly());
+    dotOf(out.asMesh()).write().point = MPoint(9, 9, 9);
+    EXPECT_EQ(dotOf(in.asMesh()).geometry().point, MPoint(1, 0, 0));
+    EXPECT_EQ(out.geometryTransformMatrix(), matrix);
 }
 
 TEST_F(HandleTest, GenericHoldsNumbersToo) {

@@ -74,25 +74,35 @@ MString MPlug::name(MStatus* status) const {
     return answer(status, vesk::toMString(plug.name()));
 }
 
-MString MPlug::partialName(bool includeNodeName, bool includeNonMandatoryIndices,
-                           bool includeInstancedIndices, bool useAlias, bool useFullAttributePath,
+namespace {
+
+/// The attribute's path, outermost first; ancestors that carry no index only if all are wanted.
+std::string pathOf(const Plug& plug, bool longNames, bool allAncestors) {
+    std::vector<std::string> parts;
+    for (Plug at = plug; at.attr; at = at.parent()) {
+        if (!parts.empty() && !allAncestors && !at.isElement()) continue;
+        std::string& part = parts.emplace_back(longNames ? at.attr->longName : at.attr->shortName);
+        if (!at.isElement()) continue;
+        part.append("[")
+            .append(std::to_string(at.indices[static_cast<std::size_t>(at.depth - 1)]))
+            .append("]");
+    }
+    std::string path;
+    for (auto part = parts.rbegin(); part != parts.rend(); ++part)
+        path.append(path.empty() ? "" : ".").append(*part);
+    return path;
+}
+
+} // namespace
+
+MString MPlug::partialName(bool includeNodeName, bool, bool, bool useAlias, bool useFullAttributePath,
                            bool useLongNames, MStatus* status) const {
     const Plug plug = hostPlug();
     if (plug.isNull()) return answer(status, MString(), MStatus::kInvalidParameter);
-    const bool withAncestors = useFullAttributePath || includeNonMandatoryIndices || includeInstancedIndices;
     std::string text;
     if (useAlias) text = plug.node->alias(*plug.attr, plug.isElement() ? plug.indices[0] : -1);
-    if (text.empty()) {
-        for (Plug at = plug; at.attr; at = at.parent()) {
-            std::string part = useLongNames ? at.attr->longName : at.attr->shortName;
-            if (at.isElement()) {
-                part += '[' + std::to_string(at.indices[static_cast<std::size_t>(at.depth - 1)]) + ']';
-            }
-            const bool needed = text.empty() || withAncestors || at.isElement();
-            if (needed) text = text.empty() ? part : part + '.' + text;
-        }
-    }
-    if (includeNodeName) text = plug.node->uniqueName() + '.' + text;
+    if (text.empty()) text = pathOf(plug, useLongNames, useFullAttributePath);
+    if (includeNodeName) text.insert(0, plug.node->uniqueName() + '.');
     return answer(status, vesk::toMString(std::move(text)));
 }
 

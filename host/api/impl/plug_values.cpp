@@ -224,7 +224,8 @@ MStatus MPlug::setValue(const MDistance& value) { return store(*this, value.as(M
 MStatus MPlug::setValue(const MAngle& value) { return store(*this, value.as(MAngle::internalUnit())); }
 MStatus MPlug::setValue(const MTime& value) { return store(*this, vesk::api::ticksOf(value)); }
 MStatus MPlug::setValue(const MString& value) {
-    return store(*this, vesk::makeRef<vesk::StringData>(value).get());
+    const MObject text = handleOn(vesk::makeRef<vesk::StringData>(value).get());
+    return setValue(text);
 }
 MStatus MPlug::setValue(const char* value) { return setValue(MString(value)); }
 MStatus MPlug::setValue(MDataHandle& value) { return setMDataHandle(value); }

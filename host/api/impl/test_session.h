@@ -136,6 +136,7 @@ inline MStatus Probe::initialize() {
     any = generic.create("any", "an");
     generic.addDataAccept(MFnData::kDoubleArray);
     generic.addDataAccept(MFnData::kString);
+    generic.addDataAccept(MFnData::kMesh);
     generic.addNumericDataAccept(MFnNumericData::kDouble);
     generic.setDisconnectBehavior(MFnAttribute::kReset);
     items = number.create("items", "it", MFnNumericData::kDouble, 9);
@@ -159,6 +160,7 @@ inline MStatus Probe::initialize() {
     number.setWritable(false);
     anyOut = generic.create("anyOut", "ao");
     generic.addDataAccept(MFnData::kDoubleArray);
+    generic.addDataAccept(MFnData::kMesh);
     list = number.create("list", "li", MFnNumericData::kDouble);
     number.setArray(true);
     number.setUsesArrayDataBuilder(true);
