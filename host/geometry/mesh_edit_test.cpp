@@ -31,9 +31,9 @@ TEST(MeshEdit, FacesAddedOneByOneMakeTheSameMesh) {
 }
 
 TEST(MeshEdit, AddedFacesTakeTheLowestVertexWithinTheTolerance) {
-    Mesh mesh = test::build({{0, 0, 0}, {0, 0, 0.25F}, {1, 0, 0}, {0, 1, 0}}, {3}, {0, 2, 3});
+    Mesh mesh = test::build({{0, 0, 0.75F}, {0, 0, 1.25F}, {1, 0, 0}, {0, 1, 0}}, {3}, {0, 2, 3});
     const Mesh before = mesh;
-    const std::vector<MFloatVector> loop{{0, 0, 0.25F}, {0, 1, 0.5F}, {1, 0, 0.75F}};
+    const std::vector<MFloatVector> loop{{0, 0, 1}, {0, 1, 0.5F}, {1, 0, 0.75F}};
     ASSERT_TRUE(mesh.addPolygon(loop, true, 0.5));
     EXPECT_EQ(Ids(mesh.topology().faceVertices()), (Ids{0, 2, 3, 0, 3, 4}));
     EXPECT_EQ(mesh.vertexCount(), 5);
@@ -46,7 +46,7 @@ TEST(MeshEdit, AddedFacesTakeTheLowestVertexWithinTheTolerance) {
 
     // A vertex that has moved is found where it is now.
     mesh.setPoint(4, MFloatVector(9, 9, 9));
-    ASSERT_TRUE(mesh.addPolygon(std::vector<MFloatVector>{{9, 9, 9}, {0, 0, 0}, {1, 0, 0}}));
+    ASSERT_TRUE(mesh.addPolygon(std::vector<MFloatVector>{{9, 9, 9}, {0, 0, 0.75F}, {1, 0, 0}}));
     EXPECT_EQ(test::list(mesh.topology().verticesOfFace(3)), (Ids{4, 0, 2}));
 }
 

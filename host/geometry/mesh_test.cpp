@@ -56,6 +56,15 @@ TEST(MeshNormals, HardEdgesAndLooseFansSeparate) {
     EXPECT_TRUE(near(tie.cornerNormals()[3], {1, 0, 0}));
 }
 
+TEST(MeshNormals, AFaceThatMeetsAVertexTwiceCountsOnce) {
+    // Two lobes of one face in the plane z = 0 and a triangle facing +x meet in vertex 0.
+    const Mesh mesh =
+        test::build({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {-1, 0, 0}, {-1, -1, 0}, {0, -1, 0}, {0, 0, -1}},
+                    {6, 3}, {0, 1, 2, 0, 3, 4, 0, 5, 6});
+    EXPECT_TRUE(near(mesh.vertexNormals()[0], {half, 0, half}));
+    EXPECT_EQ(mesh.topology().faceCountOfVertex(0), 2);
+}
+
 TEST(MeshNormals, OfCornersAreThoseOfVerticesWhereAllIsSmoothAndWhole) {
     for (const auto& group : {test::closedMeshes(), test::openMeshes()}) {
         for (test::NamedMesh named : group) {

@@ -117,6 +117,10 @@ TEST(MeshTopology, ListsFansOfAVertexByTheirLowestEdge) {
     const Mesh tie = test::bowTie(); // edges 0-1 1-2 2-0, then 0-3 3-4 4-0
     EXPECT_EQ(list(tie.topology().edgesOfVertex(0)), (Ids{0, 2, 3, 5}));
     EXPECT_EQ(list(tie.topology().cornersOfVertex(0)), (Ids{0, 3}));
+    // Edge 3 carries three faces, so that each is a fan of its own.
+    const Mesh leaves = test::oddMeshes()[3].mesh;
+    EXPECT_EQ(list(leaves.topology().edgesOfVertex(1)), (Ids{3, 2, 4, 7}));
+    EXPECT_EQ(list(leaves.topology().cornersOfVertex(1)), (Ids{3, 4, 9}));
 }
 
 TEST(MeshTopology, FindsNeighboursOfFacesAndEdges) {
