@@ -93,9 +93,11 @@ class ArrayOutput {
   public:
     Array values{set_.array()};
 
+    /// Places the data and marks the output clean: one compute serves all outputs that it fills.
     void handOver(MDataBlock& block, const MObject& attribute) {
         MDataHandle handle = block.outputValue(attribute);
         handle.set(data_);
+        handle.setClean();
     }
 };
 
