@@ -132,7 +132,13 @@ Token Lexer::nextWord() {
     } else if (startsNumber(digits)) {
         scanNumber(token);
         // `2d` and `1:24` are words, though they start like numbers.
-        if (token.kind != Tok::Error && isBareByte(byteAt(token.end))) scanBareWord(token);
+        if (token.kind != Tok::Error && isBareByte(byteAt(token.end))) {
+            if (c == '+') {
+                fail(token, "Malformed number.");
+            } else {
+                scanBareWord(token);
+            }
+        }
     } else if (isBareByte(c)) {
         scanBareWord(token);
     } else {

@@ -56,6 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
               "Syntax error: a component of a vector cannot be assigned; assign the whole vector."},
         Wrong{"5 = 6;", 2, 3, "Syntax error: only a variable or an element can be assigned."},
         Wrong{"$a = 12abc;", 2, 6, "Syntax error: Malformed number."},
+        Wrong{"ran +0:3;", 2, 5, "Syntax error: Malformed number."},
         Wrong{"$a = 0x;", 2, 6, "Syntax error: Malformed number."},
         Wrong{"$ = 1;", 2, 1, "Syntax error: A variable's name is missing after '$'."},
         Wrong{"$a = 1 @ 2;", 2, 8, "Syntax error: Unexpected '@'."},
