@@ -148,6 +148,27 @@ Outcome assignNumbers(Scene& scene, const std::vector<Plug>& plugs, const Assign
     return storeNumbers(scene, leaves, options.clamp, words);
 }
 
+/// Lists of index and value, each behind its length: `2 0 0.25 3 0.75 1 0 1` for two elements' weights.
+Outcome assignSparse(const std::vector<Plug>& plugs, Words& words) {
+    for (const Plug& plug : plugs) {
+        const auto count = readCount(words, 2, "values of " + quoted(plug));
+        if (!count) return Outcome::fail(count.error());
+        for (std::size_t i = 0; i < *count; ++i) {
+            int index = 0;
+            double value = 0;
+            if (words.numbers(&index, 1) + words.numbers(&value, 1) < 2) return badElement(2 * i, words);
+            if (index < 0) {
+                return Outcome::fail(quoted(plug) + " has no element " + std::to_string(index) + '.');
+            }
+            Cell* cell = plug.element(index).cell();
+            if (!cell) return openIndex(plug);
+            if (auto outcome = checkStorable(*cell); !outcome) return outcome;
+            if (auto outcome = graph::storeNumber(*cell, value); !outcome) return outcome;
+        }
+    }
+    return {};
+}
+
 // --- data ------------------------------------------------------------------------------------------------
 
 bool holdsType(const Attribute& attribute, const Data& data, std::string_view typeName) {
@@ -175,8 +196,7 @@ Outcome assignData(const Plug& plug, std::string_view typeName, Words& words) {
     auto data = readData(typeName, words);
     if (!data) return Outcome::fail(data.error());
     if (!holdsType(attribute, **data, typeName)) return misfit();
-    placeWritten(*cell, *data);
-    return {};
+    return graph::storeData(*cell, *data);
 }
 
 // --- the whole -------------------------------------------------------------------------------------------
@@ -242,6 +262,10 @@ Outcome assignValue(Scene& scene, const PlugRange& range, const AssignOptions& o
     const auto plugs = expand(range, words.mostLeft());
     if (!plugs) return Outcome::fail(plugs.error());
     if (plugs->empty()) return {};
+    const Plug& front = plugs->front();
+    if (scene.readingFile && typeName.empty() && front.isArray() && front.attr->isNumber()) {
+        return assignSparse(*plugs, words);
+    }
     if (typeName.empty() || tupleSize(typeName) > 0) {
         const auto each = numbersEach(plugs->front(), typeName);
         if (!each) return Outcome::fail(each.error());

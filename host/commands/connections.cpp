@@ -55,6 +55,8 @@ bool needsConversion(const Cell& source, const Cell& destination) {
         const bool counts = cell.attr.kind == AttrKind::Unit && cell.attr.unit != UnitKind::Distance;
         return counts ? cell.attr.unit : UnitKind::None;
     };
+    // A scene file holds the conversions that its wires need.
+    if (source.attr.guessed || destination.attr.guessed) return false;
     return source.isLeaf() && destination.isLeaf() && source.attr.isNumber() && destination.attr.isNumber() &&
            kind(source) != kind(destination);
 }
@@ -83,7 +85,22 @@ void connectCells(CommandContext& context, Cell& source, Cell& destination, bool
 
 // --- the commands ----------------------------------------------------------------------------------------
 
+/// Ends on placeholders that lack the attribute get one that is like the other end.
+void prepareEnds(const CommandContext& context, const Args& args) {
+    const std::string names[] = {args.word(0), args.word(1)};
+    for (int end = 0; end < 2; ++end) {
+        nodes::Placeholder* grows = placeholderNamed(context, names[end]);
+        if (!grows || findPlugs(context, names[end]).error.empty()) continue;
+        const auto other = findPlugs(context, names[1 - end]);
+        nodes::AttributeHint hint;
+        if (other.error.empty()) hint.other = &other.plug;
+        hint.nextAvailable = end == 1 && args.isOn("nextAvailable");
+        (void)grows->ensure(pathPart(names[end]), hint);
+    }
+}
+
 Value connectAttr(CommandContext& context, const Args& args) {
+    if (context.scene.readingFile) prepareEnds(context, args);
     Cell& source = endNamed(context, args.word(0));
     const std::string destinationName = args.word(1);
     if (args.wordCount() > 2) throw Error("connectAttr takes two plugs.");

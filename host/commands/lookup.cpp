@@ -42,6 +42,7 @@ std::vector<graph::Node*> operandNodes(const CommandContext& context, const Args
 }
 
 std::string_view nodePart(std::string_view plugName) { return plugName.substr(0, plugName.find('.')); }
+std::string_view pathPart(std::string_view plugName) { return plugName.substr(plugName.find('.') + 1); }
 
 graph::DagNode* shapeOf(graph::DagNode& node) {
     if (node.type().isShape) return &node;
@@ -51,29 +52,37 @@ graph::DagNode* shapeOf(graph::DagNode& node) {
     return nullptr;
 }
 
-graph::PlugRange findPlugs(const CommandContext& context, std::string_view name) {
-    graph::PlugRange range;
-    graph::Node* node = nullptr;
+namespace {
+
+/// The node that a plug name means; without one, `error` says why.
+graph::Node* ownerOf(const CommandContext& context, std::string_view name, std::string& error) {
     const auto dot = name.find('.');
     if (dot == 0) {
-        node = context.currentNode.get();
-        if (!node || !node->isAlive()) {
-            range.error = "No node is current that '" + std::string(name) + "' could belong to.";
-            return range;
-        }
-    } else if (dot == std::string_view::npos) {
-        range.error = "No attribute was named in '" + std::string(name) + "'.";
-        return range;
-    } else {
-        bool ambiguous = false;
-        node = context.scene.find(name.substr(0, dot), &ambiguous);
-        if (!node) {
-            range.error = (ambiguous ? "More than one object matches name: " : "No object matches name: ") +
-                          std::string(name);
-            return range;
-        }
+        graph::Node* node = context.currentNode.get();
+        if (node && node->isAlive()) return node;
+        error = "No node is current that '" + std::string(name) + "' could belong to.";
+        return nullptr;
     }
-    const std::string_view path = name.substr(dot + 1);
+    if (dot == std::string_view::npos) {
+        error = "No attribute was named in '" + std::string(name) + "'.";
+        return nullptr;
+    }
+    bool ambiguous = false;
+    graph::Node* node = context.scene.find(name.substr(0, dot), &ambiguous);
+    if (!node) {
+        error = (ambiguous ? "More than one object matches name: " : "No object matches name: ") +
+                std::string(name);
+    }
+    return node;
+}
+
+} // namespace
+
+graph::PlugRange findPlugs(const CommandContext& context, std::string_view name) {
+    graph::PlugRange range;
+    graph::Node* node = ownerOf(context, name, range.error);
+    if (!node) return range;
+    const std::string_view path = pathPart(name);
     range = graph::findPlug(*node, path);
     if (range.error.empty() || !node->type().isDag || node->type().isShape) return range;
     if (graph::DagNode* shape = shapeOf(static_cast<graph::DagNode&>(*node))) {
@@ -81,6 +90,12 @@ graph::PlugRange findPlugs(const CommandContext& context, std::string_view name)
         if (below.error.empty()) return below;
     }
     return range;
+}
+
+nodes::Placeholder* placeholderNamed(const CommandContext& context, std::string_view plugName) {
+    if (!context.scene.readingFile) return nullptr;
+    std::string error;
+    return dynamic_cast<nodes::Placeholder*>(ownerOf(context, plugName, error));
 }
 
 graph::PlugRange plugsNamed(const CommandContext& context, std::string_view name) {

@@ -3,6 +3,7 @@
 // words when there is no such thing.
 
 #include "host/commands/command_spec.h"
+#include "host/nodes/placeholder.h"
 
 namespace vesk::commands {
 
@@ -19,13 +20,17 @@ std::vector<graph::Node*> operandNodes(const CommandContext& context, const Args
 graph::PlugRange plugsNamed(const CommandContext& context, std::string_view name);
 /// The same as an outcome, for those who do not throw: `error` is set when nothing was found.
 graph::PlugRange findPlugs(const CommandContext& context, std::string_view name);
+/// The placeholder whose plug is named, while a file is read: it may be given the attributes that it lacks.
+/// Null at any other time, and for nodes that know their attributes.
+nodes::Placeholder* placeholderNamed(const CommandContext& context, std::string_view plugName);
 /// One plug; a range is refused.
 graph::Plug plugNamed(const CommandContext& context, std::string_view name);
 /// The cell of one plug, made when missing.
 graph::Cell& cellNamed(const CommandContext& context, std::string_view name);
 
-/// The name of what stands in front of the first dot.
+/// The name of what stands in front of the first dot, and what stands behind it.
 std::string_view nodePart(std::string_view plugName);
+std::string_view pathPart(std::string_view plugName);
 /// The node's one shape that is not intermediate; the node itself when it is a shape; null when it has none.
 graph::DagNode* shapeOf(graph::DagNode& node);
 

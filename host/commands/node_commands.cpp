@@ -2,7 +2,9 @@
 
 #include "host/commands/lookup.h"
 #include "host/commands/transform_commands.h"
+#include "host/core/log.h"
 #include "host/graph/evaluate.h"
+#include "host/nodes/placeholder.h"
 
 #include <algorithm>
 #include <map>
@@ -38,6 +40,15 @@ DagNode& makeTransform(CommandContext& context, std::string_view name, DagNode* 
     return static_cast<DagNode&>(*context.scene.create(*type, name, parent));
 }
 
+/// Nodes of files that nobody knows the type of are kept as they are.
+const graph::NodeType& unknownType(CommandContext& context, std::string_view typeName, std::string_view name,
+                                   const DagNode* parent) {
+    log().warning("Unknown object type: " + std::string(typeName) +
+                  ". Its nodes keep what the file says of them and do nothing.");
+    return nodes::placeholderType(context.scene.types(), std::string(typeName),
+                                  nodes::likelyKind(parent != nullptr, name));
+}
+
 } // namespace
 
 void selectOnly(CommandContext& context, Node& node) {
@@ -48,6 +59,7 @@ void selectOnly(CommandContext& context, Node& node) {
 
 Node& makeNode(CommandContext& context, std::string_view typeName, std::string_view name, DagNode* parent) {
     const graph::NodeType* type = context.scene.types().find(typeName);
+    if (!type && context.scene.readingFile) type = &unknownType(context, typeName, name, parent);
     if (!type) throw mel::Error("Unknown object type: " + std::string(typeName));
     if (type->isAbstract) throw mel::Error("Nodes of type '" + std::string(typeName) + "' cannot be made.");
     std::string wish(name);
@@ -74,6 +86,7 @@ namespace {
 mel::Value createNode(CommandContext& context, const Args& args) {
     const std::string typeName = args.word(0);
     const std::string name = args.text("name");
+    context.currentNode = nullptr; // lines of a file that mean a node which could not be made fail
     DagNode* parent = args.has("parent") ? &dagNodeNamed(context, args.text("parent")) : nullptr;
     if (args.isOn("shared") && !name.empty()) {
         Node* there = context.scene.find(name);
@@ -144,7 +157,7 @@ void copyValues(Node& to, Node& from) {
     for (const auto& attribute : from.dynamicAttributes()) {
         if (attribute->parent) continue;
         const auto copy = [&](const auto& self, const graph::Attribute& one) -> graph::AttrRef {
-            auto made = makeRef<graph::Attribute>(one);
+            auto made = makeRef<graph::Attribute>(static_cast<const graph::AttributeSettings&>(one));
             for (const auto& child : one.children) {
                 auto below = self(self, *child);
                 below->parent = made.get();

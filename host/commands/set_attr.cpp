@@ -5,6 +5,9 @@
 #include "host/commands/attribute_commands.h"
 #include "host/commands/lookup.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace vesk::commands {
 
 namespace {
@@ -40,7 +43,18 @@ Outcome assignAliases(CommandContext& context, std::string_view plugName, Words&
 Outcome setAttr(CommandContext& context, const Args& args, const std::string& plugName, Words& words) {
     const std::string type = args.text("type");
     if (type == "attributeAlias") return assignAliases(context, plugName, words);
-    return assign(context.scene, findPlugs(context, plugName), optionsOf(args), type, words);
+    const AssignOptions options = optionsOf(args);
+    auto range = findPlugs(context, plugName);
+    if (nodes::Placeholder* grows = range.error.empty() ? nullptr : placeholderNamed(context, plugName)) {
+        const bool hasFlags = options.lock || options.keyable || options.channelBox;
+        // A size alone says nothing about what will be in it.
+        if (words.atEnd() && !hasFlags) return {};
+        nodes::AttributeHint hint;
+        hint.type = type;
+        hint.numbers = static_cast<int>(std::clamp<std::size_t>(words.numbersAhead(), 1, INT32_MAX));
+        if (grows->ensure(pathPart(plugName), hint)) range = findPlugs(context, plugName);
+    }
+    return assign(context.scene, range, options, type, words);
 }
 
 mel::Value run(CommandContext& context, const Args& args) {

@@ -29,6 +29,8 @@ class Words {
     virtual WordKind peek() = 0;
     /// No more words than this follow; what a count is checked against before memory is taken for it.
     virtual std::size_t mostLeft() const = 0;
+    /// How many numbers follow before the end or the first word that is none.
+    virtual std::size_t numbersAhead() = 0;
 
     /// Takes the next word as a text, a number as it stands. Empty at the end. Valid until the next call.
     virtual std::string_view text() = 0;
@@ -57,6 +59,7 @@ class ValueWords final : public Words {
 
     WordKind peek() override;
     std::size_t mostLeft() const override { return left_; }
+    std::size_t numbersAhead() override;
     std::string_view text() override;
     std::string asWritten() override;
     std::size_t numbers(double* to, std::size_t count) override;

@@ -57,6 +57,8 @@ struct AttributeSettings {
     /// Elements live in one flat array on the multi itself, not in a cell each (mesh vertices, UVs ...).
     bool packed = false;
     bool dynamic = false; ///< added to one node by `addAttr`
+    /// A placeholder's guess at an attribute that it does not know: every wire fits it.
+    bool guessed = false;
 };
 
 /// One attribute in its place: below a parent, in a node type (or on one node).

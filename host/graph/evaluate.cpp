@@ -52,6 +52,11 @@ Cell* feeding(const Cell& cell) {
 constexpr short kBlocking = 2;
 
 void takeValue(Cell& cell, const Cell& from) {
+    if (from.attr.guessed) {
+        // What a node would put out that nobody knows: the last value stands.
+        const bool hasValue = from.isSet || from.feedingAncestor();
+        if (!hasValue || from.attr.isNumber() != cell.attr.isNumber()) return;
+    }
     touch(cell);
     if (cell.attr.isData()) {
         if (from.attr.isNumber()) {

@@ -94,6 +94,8 @@ void registerBaseTypes(TypeRegistry& types) {
     auto time = std::make_unique<NodeType>("time", MFn::kTime, nodeType,
                                            [](const NodeType& type) { return makeRef<Node>(type); });
     (*time)(timeAttribute());
+    static const AttrRef unwarped = unit("unwarpedTime", "unw", UnitKind::Time, 250);
+    (*time)(unwarped);
     (void)types.add(std::move(time));
 }
 
@@ -375,14 +377,21 @@ void Scene::clear() {
         }
     }
     for (Node* node : nodes()) {
+        node->aliases.clear();
+        node->isLocked = false;
+        for (const AttrRef& attribute : std::vector<AttrRef>(node->dynamicAttributes())) {
+            if (!attribute->parent) (void)node->removeDynamicAttribute(*attribute);
+        }
         node->eachCell([](Cell& cell) {
             cell.resetToDefault();
             cell.locked = false;
+            cell.keyable = cell.channelBox = -1;
         });
         node->eachCell([](Cell& cell) { markDirty(cell); });
     }
     fileName.clear();
     fileInfo.clear();
+    missingPlugins.clear();
     playback = {};
     fps_ = 24;
     setFrame(1);

@@ -73,6 +73,8 @@ class Scene {
         double min = 1, max = 24, animationStart = 1, animationEnd = 48;
     } playback;
     std::map<std::string, std::string> fileInfo;
+    /// Plug-ins that files asked for and that are not there, with their versions.
+    std::map<std::string, std::string> missingPlugins;
     /// While a file is read: nodes it makes, unknown types become placeholders.
     bool readingFile = false;
 

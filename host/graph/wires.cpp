@@ -44,6 +44,7 @@ bool childrenFit(const Attribute& from, const Attribute& to) {
 }
 
 bool shapesFit(const Attribute& from, const Attribute& to) {
+    if (from.guessed || to.guessed) return true;
     if (to.kind == AttrKind::Message) return true;
     if (from.kind == AttrKind::Message) return false;
     if (to.kind == AttrKind::Typed && to.dataType == MFnData::kAny) return true;
@@ -65,7 +66,9 @@ Outcome checkConnectable(const Cell& source, const Cell& destination) {
     if (!destination.attr.connectable) return refuse("'" + nameOf(destination) + "' is not connectable.");
     if (!destination.attr.writable) return refuse("'" + nameOf(destination) + "' is not writable.");
     if (destination.locked) return refuse("'" + nameOf(destination) + "' is locked.");
-    if (source.isArray() != destination.isArray() && destination.attr.kind != AttrKind::Message) {
+    const bool isGuessed = source.attr.guessed || destination.attr.guessed;
+    if (source.isArray() != destination.isArray() && destination.attr.kind != AttrKind::Message &&
+        !isGuessed) {
         return refuse("the data types are not compatible.");
     }
     if (!shapesFit(source.attr, destination.attr)) {

@@ -180,6 +180,9 @@ Attribute* Placeholder::ensure(std::string_view path, const AttributeHint& hint)
     int elements = 1; // only one segment of a path may be a range
     for (const Segment& segment : segments)
         elements = std::max(elements, segment.elements);
+    // `a[0:2].b` with more than a number each: lists of index and value.
+    const bool isSparse = !segments.empty() && segments.back().elements == 1 && !segments.back().indexed &&
+                          hint.type.empty() && !hint.other && elements > 1 && hint.numbers > elements;
     Attribute* at = nullptr;
     for (std::size_t i = 0; i < segments.size(); ++i) {
         const Segment& segment = segments[i];
@@ -193,10 +196,11 @@ Attribute* Placeholder::ensure(std::string_view path, const AttributeHint& hint)
             }
         }
         if (!found) {
-            AttrRef wanted =
-                isLast ? lastOf(segment, hint, elements) : graph::compound(segment.name, segment.name, {});
+            AttrRef wanted = isLast ? lastOf(segment, hint, isSparse ? hint.numbers : elements)
+                                    : graph::compound(segment.name, segment.name, {});
             if (!wanted) return nullptr;
-            wanted->array = wanted->array || segment.indexed || (isLast && hint.nextAvailable);
+            const bool takesNext = isLast && hint.nextAvailable;
+            wanted->array = wanted->array || segment.indexed || takesNext || (isLast && isSparse);
             wanted->indexMatters = false;
             found = ensureOne(at, segment.name, wanted);
         } else if (segment.indexed && !found->array) {

@@ -64,7 +64,7 @@ void addLimits(NodeType& type) {
             std::vector<AttrRef> limits, flags;
             for (int i = 0; i < 3; ++i) {
                 const std::string name = end + what + axes[i] + "Limit";
-                const std::string shortName = letter + axisLetters[i] + row.letter;
+                const std::string shortName = letter + row.letter + axisLetters[i];
                 const double value = isMin ? row.low : row.high;
                 limits.push_back(row.unit == UnitKind::None
                                      ? graph::real(name, shortName + "l", value)
@@ -73,7 +73,7 @@ void addLimits(NodeType& type) {
             }
             const std::string shortName = (isMin ? "mn" : "mx") + std::string(row.letter) + "l";
             type(graph::compound(end + what + "Limit", shortName, std::move(limits)));
-            type(graph::compound(end + what + "LimitEnable", shortName + "e", std::move(flags)));
+            type(graph::compound(end + what + "LimitEnable", letter + row.letter + "le", std::move(flags)));
         }
     }
 }

@@ -47,7 +47,13 @@ class Writer {
         for (Node* node : scene_.nodes()) {
             if (node->isDefault) defaultNode(*node);
         }
-        for (Node* node : scene_.nodes()) wires(*node);
+        // In the order of the file, which is that of the scene that it gives.
+        for (Node* node : scene_.nodes()) {
+            if (node->isDefault) wires(*node);
+        }
+        for (Node* node : inOrder()) {
+            if (!node->isDefault) wires(*node);
+        }
         file_.write("// End of " + name + "\n");
     }
 
@@ -57,11 +63,13 @@ class Writer {
     void header(const std::string& name) {
         file_.write("//Maya ASCII 2012 scene\n//Name: " + name + "\n");
         file_.write("requires maya \"2012\";\n");
-        std::set<std::string> plugins;
+        auto plugins = scene_.missingPlugins;
         for (const Node* node : chosen_) {
-            if (!node->type().plugin.empty()) plugins.insert(node->type().plugin);
+            if (!node->type().plugin.empty()) plugins.emplace(node->type().plugin, "1.0");
         }
-        for (const auto& plugin : plugins) file_.write("requires " + quotedText(plugin) + " \"1.0\";\n");
+        for (const auto& [plugin, version] : plugins) {
+            file_.write("requires " + quotedText(plugin) + " " + quotedText(version) + ";\n");
+        }
         file_.write("currentUnit -l centimeter -a degree -t " + timeUnit() + ";\n");
         for (const auto& [key, value] : scene_.fileInfo) {
             file_.write("fileInfo " + quotedText(key) + " " + quotedText(value) + ";\n");
@@ -81,7 +89,7 @@ class Writer {
         std::set<const Node*> done;
         const auto visit = [&](const auto& self, DagNode& node) -> void {
             if (!done.insert(&node).second) return;
-            if (isChosen(node) && !node.isDefault) order_.push_back(&node);
+            if (isChosen(node)) order_.push_back(&node);
             for (DagNode* child : node.children()) {
                 if (child->parents().front() == &node) self(self, *child);
             }
@@ -95,6 +103,7 @@ class Writer {
 
     void create(Node& node) {
         file_.write("createNode " + node.type().name() + " -n " + quotedText(node.name()));
+        if (node.isDefault) file_.write(" -s");
         if (node.type().isDag) {
             const DagNode* parent = static_cast<DagNode&>(node).parents().front();
             if (!parent->isWorld() && isChosen(*parent)) file_.write(" -p " + quotedText(parent->uniqueName()));
@@ -116,10 +125,9 @@ class Writer {
     // --- attributes --------------------------------------------------------------------------------------------------
 
     void attributes(Node& node) {
-        const auto* placeholder = dynamic_cast<nodes::Placeholder*>(&node);
         for (const auto& attribute : node.dynamicAttributes()) {
             // What a placeholder made up by itself comes to be again when the file is read.
-            if (!attribute->parent && !(placeholder && placeholder->made(*attribute))) declare(*attribute);
+            if (!attribute->parent && !nodes::Placeholder::made(*attribute)) declare(*attribute);
         }
         for (int i = 0; i < node.attributeCount(); ++i) {
             const Attribute* attribute = node.attributeAt(i);
@@ -187,10 +195,13 @@ class Writer {
         if (attribute.softMax) put(" -smx ", *attribute.softMax);
     }
 
-    static bool hasFlags(const Cell& cell) { return cell.locked || cell.keyable >= 0 || cell.channelBox >= 0; }
+    static bool hasFlags(const Cell& cell) {
+        // Wires bring their lock with them.
+        return (cell.locked && !cell.source) || cell.keyable >= 0 || cell.channelBox >= 0;
+    }
 
     void flags(const Cell& cell) {
-        if (cell.locked) file_.write(" -l on");
+        if (cell.locked && !cell.source) file_.write(" -l on");
         if (cell.keyable >= 0) file_.write(cell.keyable ? " -k on" : " -k off");
         if (cell.channelBox >= 0) file_.write(cell.channelBox ? " -cb on" : " -cb off");
     }
@@ -210,7 +221,7 @@ class Writer {
     }
 
     void values(Cell& cell) {
-        if (!cell.attr.storable && !cell.attr.dynamic) return;
+        if (!cell.attr.storable) return;
         if (cell.node.isComputed(cell.attr) && !cell.attr.writable) return;
         if (cell.isArray()) {
             if (cell.attr.packed) return packed(cell);
@@ -220,10 +231,11 @@ class Writer {
         const bool isTuple = cell.attr.kind == AttrKind::Numeric && cell.isCompound();
         if (isTuple && tuple(cell)) return;
         if (cell.isCompound()) {
-            if (hasFlags(cell)) statementStart(cell), file_.write(";\n");
             for (auto& child : cell.children) {
                 if (child) values(*child);
             }
+            // Behind the parts: a lock holds for these, too.
+            if (hasFlags(cell)) statementStart(cell), file_.write(";\n");
             return;
         }
         leaf(cell);
@@ -242,7 +254,7 @@ class Writer {
         for (const auto& child : cell.children) {
             if (!child) continue;
             if (hasFlags(*child) || child->source) return false;
-            differs = differs || child->number != child->attr.defaultNumber || cell.isElement();
+            differs = differs || hasValue(*child) || cell.isElement();
         }
         if (!differs && !hasFlags(cell)) return true;
         statementStart(cell);
@@ -264,24 +276,26 @@ class Writer {
         }
     }
 
-    void leaf(Cell& cell) {
-        const bool isFed = cell.feedingAncestor() != nullptr;
+    /// Whether a leaf holds something that the file must say.
+    static bool hasValue(const Cell& cell) {
+        if (!cell.isSet || cell.feedingAncestor()) return false;
+        if (!cell.attr.isNumber()) return cell.data && canWriteData(*cell.data);
         const bool isRampEntry = cell.parent && cell.parent->attr.ramp != graph::RampKind::None;
+        // The default of a guessed attribute is not known.
+        return cell.number != cell.attr.defaultNumber || cell.isElement() || isRampEntry || cell.attr.guessed;
+    }
+
+    void leaf(Cell& cell) {
+        const bool hasOwn = hasValue(cell);
         const bool isBool = cell.attr.kind == AttrKind::Numeric && cell.attr.numericType == MFnNumericData::kBoolean;
-        bool hasValue = cell.isSet && !isFed;
-        if (cell.attr.isNumber()) {
-            hasValue = hasValue && (cell.number != cell.attr.defaultNumber || cell.isElement() || isRampEntry);
-        } else {
-            hasValue = hasValue && cell.data && canWriteData(*cell.data);
-        }
-        if (!hasValue && !hasFlags(cell)) return;
+        if (!hasOwn && !hasFlags(cell)) return;
         statementStart(cell);
-        if (hasValue && isBool) {
+        if (hasOwn && isBool) {
             file_.write(cell.number != 0 ? " yes" : " no");
-        } else if (hasValue && cell.attr.isNumber()) {
+        } else if (hasOwn && cell.attr.isNumber()) {
             file_.put(' ');
             number(cell);
-        } else if (hasValue) {
+        } else if (hasOwn) {
             writeData(file_, *cell.data);
             file_.put(' ');
         }
@@ -379,12 +393,14 @@ class Writer {
     // --- the session's own nodes, and wires --------------------------------------------------------------------------
 
     void defaultNode(Node& node) {
+        if (node.type().isDag || !isChosen(node)) return;
         bool differs = false;
+        for (const auto& attribute : node.dynamicAttributes()) differs = differs || !attribute->guessed;
         node.eachCell([&](Cell& cell) {
-            const bool counts = cell.isLeaf() && cell.attr.storable && !cell.feedingAncestor();
-            differs = differs || (counts && cell.isSet && cell.attr.isNumber() && cell.number != cell.attr.defaultNumber) || hasFlags(cell);
+            if (!cell.attr.storable) return;
+            differs = differs || hasFlags(cell) || (cell.isLeaf() && hasValue(cell));
         });
-        if (!differs || node.type().isDag) return;
+        if (!differs) return;
         file_.write("select -ne :" + node.name() + ";\n");
         attributes(node);
     }

@@ -2,6 +2,7 @@
 
 #include "host/commands/node_commands.h"
 #include "host/core/log.h"
+#include "host/nodes/default_nodes.h"
 #include "host/nodes/mesh_node.h"
 #include "host/scene/ascii_reader.h"
 #include "host/scene/ascii_writer.h"
@@ -14,6 +15,12 @@ namespace vesk::scene {
 
 namespace fs = std::filesystem;
 
+void newScene(commands::CommandContext& context) {
+    context.currentNode = nullptr;
+    context.scene.clear();
+    nodes::createDefaultNodes(context.scene);
+}
+
 Outcome importScene(commands::CommandContext& context, const fs::path& file) {
     const auto buffer = formats::FileBuffer::open(file);
     if (!buffer) return Outcome::fail(buffer.error());
@@ -23,8 +30,7 @@ Outcome importScene(commands::CommandContext& context, const fs::path& file) {
 Outcome openScene(commands::CommandContext& context, const fs::path& file) {
     const auto buffer = formats::FileBuffer::open(file);
     if (!buffer) return Outcome::fail(buffer.error()); // the scene that is there stays
-    context.currentNode = nullptr;
-    context.scene.clear();
+    newScene(context);
     const Outcome outcome = readAscii(context, buffer->text(), file.string());
     context.scene.fileName = fs::absolute(file).string();
     context.scene.selection.clear();

@@ -7,6 +7,8 @@
 
 namespace vesk::scene {
 
+/// An empty scene with the session's own nodes as they are at the start.
+void newScene(commands::CommandContext& context);
 /// Empties the scene and reads a Maya ASCII file into it. Lines that fail are told on the log with file and line, and
 /// reading goes on; the outcome fails when the file is no scene, is cut off, or had such lines.
 Outcome openScene(commands::CommandContext& context, const std::filesystem::path& file);

@@ -92,6 +92,15 @@ std::string_view TextWords::bytes() const {
 
 std::size_t TextWords::mostLeft() const { return static_cast<std::size_t>(end_ - at_) / 2 + 1; }
 
+std::size_t TextWords::numbersAhead() {
+    const char* const here = at_;
+    std::size_t count = 0;
+    double number = 0;
+    while (take(&number, 1) == 1) ++count;
+    at_ = here;
+    return count;
+}
+
 WordKind TextWords::peek() {
     skipBlanks();
     if (at_ == end_) return WordKind::End;

@@ -17,6 +17,7 @@ class TextWords final : public commands::Words {
 
     commands::WordKind peek() override;
     std::size_t mostLeft() const override;
+    std::size_t numbersAhead() override;
     std::string_view text() override;
     std::string asWritten() override;
     std::size_t numbers(double* to, std::size_t count) override { return take(to, count); }

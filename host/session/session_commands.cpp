@@ -65,11 +65,12 @@ mel::Value pluginInfo(CommandContext&, const Args& args) {
     return mel::Value(info->name);
 }
 
-mel::Value requiresCommand(CommandContext&, const Args& args) {
+mel::Value requiresCommand(CommandContext& context, const Args& args) {
     const std::string what = args.word(0);
     if (what == "maya" || running->plugins().isLoaded(what)) return mel::Value();
     if (const auto outcome = running->plugins().load(what); !outcome) {
         log().warning("The scene requires \"" + what + "\", which is not there: " + outcome.error);
+        context.scene.missingPlugins[what] = args.wordCount() > 1 ? args.word(1) : std::string();
     }
     return mel::Value();
 }
@@ -241,18 +242,15 @@ mel::Value readFile(CommandContext& context, const Args& args, const fs::path& f
 mel::Value file(CommandContext& context, const Args& args) {
     if (args.isQuery()) return queryFile(context, args);
     if (args.has("newFile")) {
-        context.currentNode = nullptr;
-        context.scene.clear();
+        scene::newScene(context);
         return mel::Value("untitled");
     }
     if (args.has("rename")) {
         context.scene.fileName = fs::absolute(args.text("rename")).string();
         return mel::Value(context.scene.fileName);
     }
-    if (args.has("referenceDepthInfo") && !args.has("reference")) {
-        if (args.wordCount() > 0) log().warning("The reference to '" + args.word(args.wordCount() - 1) + "' was not loaded.");
-        return mel::Value();
-    }
+    // Only announces the reference that the next statement makes.
+    if (args.has("referenceDepthInfo") && !args.has("reference")) return mel::Value();
     const auto type = args.text("type", "mayaAscii");
     if (args.has("save")) {
         if (context.scene.fileName.empty()) throw mel::Error("file: the scene has no name yet. Use -rename first.");

@@ -62,6 +62,12 @@ void bindBaseAttributes(const NodeType& nodeType) {
 
 namespace {
 
+/// Types that are registered no more, for the nodes that still refer to them.
+std::vector<std::unique_ptr<NodeType>>& retired() {
+    static std::vector<std::unique_ptr<NodeType>> types;
+    return types;
+}
+
 /// Makes the plug-in's object and the node around it; null when the creator fails.
 Ref<graph::Node> build(const NodeType& type, const PluginBase& base, void* (*creator)()) {
     std::unique_ptr<MPxNode> body;
@@ -78,7 +84,10 @@ Outcome registerPluginType(graph::TypeRegistry& types, const PluginTypeRequest& 
     if (request.name.empty() || !request.creator || !request.initialize) {
         return Outcome::fail(what + "a name, a creator and an initialize function are needed.");
     }
-    if (types.find(request.name)) return Outcome::fail(what + "the name is taken.");
+    const NodeType* there = types.find(request.name);
+    // A file may have brought nodes of the type before its plug-in came: these stay as they are.
+    const bool isPlaceholder = there && there->apiType() == MFn::kUnknown;
+    if (there && !isPlaceholder) return Outcome::fail(what + "the name is taken.");
     if (const NodeType* other = types.findId(request.typeId); other && request.typeId != 0) {
         return Outcome::fail(what + "its id is that of '" + other->name() + "'.");
     }
@@ -104,18 +113,9 @@ Outcome registerPluginType(graph::TypeRegistry& types, const PluginTypeRequest& 
                 [&] { status = request.initialize(); });
     }
     if (!status) return Outcome::fail(what + "its initialize function failed.");
+    if (isPlaceholder) retired().push_back(types.remove(request.name));
     return types.add(std::move(type));
 }
-
-namespace {
-
-/// Types that are registered no more, for the nodes that still refer to them.
-std::vector<std::unique_ptr<NodeType>>& retired() {
-    static std::vector<std::unique_ptr<NodeType>> types;
-    return types;
-}
-
-} // namespace
 
 Outcome deregisterPluginType(graph::TypeRegistry& types, unsigned typeId, graph::Scene* scene) {
     const NodeType* type = types.findId(typeId);
