@@ -58,15 +58,27 @@ class Run {
     void all() {
         load();
         for (const auto& file : options_.files)
-            require(session_.runFile(file));
+            read(file);
         for (const auto& set : options_.sets)
             override(set);
         evaluate();
     }
 
     std::size_t written() const { return written_; }
+    /// A file was read, but not all of it.
+    bool isIncomplete() const { return isIncomplete_; }
 
   private:
+    /// A scene of which some lines failed is evaluated all the same; what cannot be read at all ends the run.
+    void read(const std::string& file) {
+        const Outcome outcome = session_.runFile(file);
+        if (outcome) return;
+        if (session_.scene().fileName.empty() || std::filesystem::path(file).extension() != ".ma")
+            require(outcome);
+        log().error(outcome.error);
+        isIncomplete_ = true;
+    }
+
     void load() {
         if (options_.noPlugin) return;
         require(session_.plugins().load(options_.plugin.empty() ? pluginBesideCommand() : options_.plugin));
@@ -145,6 +157,7 @@ class Run {
     const RunOptions& options_;
     Session& session_;
     std::size_t written_ = 0;
+    bool isIncomplete_ = false;
 };
 
 void reportCosts(const graph::Scene& scene) {
@@ -185,7 +198,8 @@ int runScenes(const RunOptions& options) {
         std::fprintf(stderr, "vesk: interrupted\n");
         return kInterrupted;
     }
-    failed = failed || (options.strict && log().errorCount() > 0);
+    failed = failed || run.isIncomplete() || session.scene().profile.cycles > 0 ||
+             (options.strict && log().errorCount() > 0);
     if (!failed && run.written() > 0) {
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
         std::fprintf(stderr,

@@ -15,7 +15,7 @@ find_program(CCACHE ccache)
 if(CCACHE)
   # The sloppiness lets ccache and the precompiled header live together.
   set(CMAKE_CXX_COMPILER_LAUNCHER
-      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime ${CCACHE})
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 
 add_library(vesk_settings INTERFACE)

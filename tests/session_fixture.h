@@ -12,7 +12,8 @@
 
 namespace vesk::tests {
 
-/// A fresh session with the plug-in loaded and a clean log. A test fails on any warning or error that it did not take.
+/// A fresh session with the plug-in loaded and a clean log. A test fails on any warning or error that it did
+/// not take.
 class SessionTest : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -23,7 +24,8 @@ class SessionTest : public ::testing::Test {
         (void)log().take();
     }
     void TearDown() override {
-        for (const auto& text : problems()) ADD_FAILURE() << "unannounced: " << text;
+        for (const auto& text : problems())
+            ADD_FAILURE() << "unannounced: " << text;
         session.reset();
         log().keepEntries(false);
     }
@@ -32,7 +34,8 @@ class SessionTest : public ::testing::Test {
     std::vector<std::string> problems() {
         std::vector<std::string> texts;
         for (auto& entry : log().take()) {
-            if (entry.level == LogLevel::Warning || entry.level == LogLevel::Error) texts.push_back(std::move(entry.text));
+            if (entry.level == LogLevel::Warning || entry.level == LogLevel::Error)
+                texts.push_back(std::move(entry.text));
         }
         return texts;
     }
@@ -46,9 +49,11 @@ class SessionTest : public ::testing::Test {
     std::vector<double> floats(const std::string& plug) { return *run("getAttr " + plug).asFloatArray(); }
     std::vector<int> ints(const std::string& plug) { return *run("getAttr " + plug).asIntArray(); }
 
-    static void expectNear(const std::vector<double>& actual, const std::vector<double>& expected, double tolerance = 1e-6) {
+    static void expectNear(const std::vector<double>& actual, const std::vector<double>& expected,
+                           double tolerance = 1e-6) {
         ASSERT_EQ(actual.size(), expected.size());
-        for (std::size_t i = 0; i < actual.size(); ++i) EXPECT_NEAR(actual[i], expected[i], tolerance) << "at " << i;
+        for (std::size_t i = 0; i < actual.size(); ++i)
+            EXPECT_NEAR(actual[i], expected[i], tolerance) << "at " << i;
     }
 
     std::unique_ptr<Session> session;

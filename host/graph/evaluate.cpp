@@ -51,6 +51,11 @@ Cell* feeding(const Cell& cell) {
 
 constexpr short kBlocking = 2;
 
+void reportCycle(const Cell& cell) {
+    if (Scene* scene = sceneOf(cell)) ++scene->profile.cycles;
+    log().warning("Cycle on '" + Plug(cell).name() + "' may not evaluate as expected.");
+}
+
 void takeValue(Cell& cell, const Cell& from) {
     if (from.attr.guessed) {
         // What a node would put out that nobody knows: the last value stands.
@@ -195,7 +200,7 @@ void pullThroughWires(Cell& cell, Cell& source) {
     cell.computing = true;
     for (Cell* from = &source; passesOn(*from); from = feeding(*from)) {
         if (from->computing) {
-            log().warning("Cycle on '" + Plug(*from).name() + "' may not evaluate as expected.");
+            reportCycle(*from);
             setClean(*from);
             break;
         }
@@ -245,7 +250,7 @@ void clean(Cell& cell) {
         return;
     }
     if (cell.computing) {
-        log().warning("Cycle on '" + Plug(cell).name() + "' may not evaluate as expected.");
+        reportCycle(cell);
         return;
     }
     if (cell.fresh && cell.node.computing) return;

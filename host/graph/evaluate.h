@@ -96,6 +96,7 @@ struct Cost {
 struct Profile {
     bool timed = false;
     std::size_t computes = 0;
+    std::size_t cycles = 0; ///< pulls that met a plug being computed
     std::map<std::string, Cost> byType;
 };
 

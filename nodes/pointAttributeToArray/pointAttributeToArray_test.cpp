@@ -13,10 +13,12 @@ class PointAttributeToArray : public tests::SessionTest {
     /// The node `p`, fed by a plug, with these switches on.
     void feed(const std::string& plug, const std::vector<std::string>& switches) {
         run("createNode pointAttributeToArray -n p; connectAttr " + plug + " p.inGeometry;");
-        for (const auto& one : switches) run("setAttr p." + one + " 1");
+        for (const auto& one : switches)
+            run("setAttr p." + one + " 1");
     }
     void expectEmpty(const std::vector<std::string>& outputs) {
-        for (const auto& one : outputs) EXPECT_EQ(run("size(`getAttr p." + one + "`)").asInt(), 0) << one;
+        for (const auto& one : outputs)
+            EXPECT_EQ(run("size(`getAttr p." + one + "`)").asInt(), 0) << one;
     }
     const std::vector<std::string> all = {"pointPosition", "pointRotation", "pointNormal", "pointTangent",
                                           "pointBinormal", "pointColor",    "mapData"};
@@ -44,25 +46,28 @@ TEST_F(PointAttributeToArray, CubeFollowsItsTransformAndTheCoordinateSystem) {
 }
 
 TEST_F(PointAttributeToArray, AllSwitchesOffGiveNothingAndNoMessage) {
-    run("sphere -ch 0; createNode pointAttributeToArray -n p; connectAttr nurbsSphereShape1.worldSpace[0] p.inGeometry;"
+    run("sphere -ch 0; createNode pointAttributeToArray -n p; connectAttr nurbsSphereShape1.worldSpace[0] "
+        "p.inGeometry;"
         "setAttr p.useComponents 2; setAttr -type \"string\" p.uvSet \"nope\";");
-    expectEmpty({"outIdPP", "outPositionPP", "outRotationPP", "outNormalPP", "outBinormalPP", "outTangentPP", "outRgbaPP",
-                 "outMapCountPP", "outMapIdPP", "outMapPP", "outSharedMapPP"});
+    expectEmpty({"outIdPP", "outPositionPP", "outRotationPP", "outNormalPP", "outBinormalPP", "outTangentPP",
+                 "outRgbaPP", "outMapCountPP", "outMapIdPP", "outMapPP", "outSharedMapPP"});
 }
 
 TEST_F(PointAttributeToArray, PlaneHasItsFrame) {
     run("polyPlane -sx 1 -sy 1");
     feed("pPlaneShape1.worldMesh[0]", {"pointRotation", "pointTangent", "pointBinormal"});
-    // u runs along x, v along -z. The rotation step turns the running tangent to -x, and each later sum starts there.
+    // u runs along x, v along -z. The rotation step turns the running tangent to -x, and each later sum
+    // starts there.
     const auto binormals = floats("p.outBinormalPP");
     expectNear({binormals[0], binormals[1], binormals[2]}, {0, 0, -1});
-    // Rows normal (0,1,0), tangent (-1,0,0), binormal (0,0,-1): mirrored, so all rows turn round, and what is left is
-    // a quarter turn backwards about z.
+    // Rows normal (0,1,0), tangent (-1,0,0), binormal (0,0,-1): mirrored, so all rows turn round, and what is
+    // left is a quarter turn backwards about z.
     const auto rotations = floats("p.outRotationPP");
     expectNear({rotations[0], rotations[1], rotations[2]}, {0, 0, -M_PI / 2 * kDegrees}, 1e-4);
     run("setAttr p.pointRotation 0");
     const auto tangents = floats("p.outTangentPP");
-    expectNear({tangents[0], tangents[1], tangents[2], tangents[9], tangents[10], tangents[11]}, {1, 0, 0, 1, 0, 0});
+    expectNear({tangents[0], tangents[1], tangents[2], tangents[9], tangents[10], tangents[11]},
+               {1, 0, 0, 1, 0, 0});
 }
 
 TEST_F(PointAttributeToArray, UvsOfACube) {
@@ -116,7 +121,8 @@ TEST_F(PointAttributeToArray, SelectionsPruneOrLeavePlaceholders) {
     expectEmpty({"outPositionPP", "outNormalPP"});
     run("setAttr p.useComponents 2");
     EXPECT_EQ(ints("p.outIdPP").size(), 4U) << "object groups are not taken: every point is in";
-    EXPECT_EQ(problems(), Texts{"p: Object groups are not supported for vector arrays. Use components list instead."});
+    EXPECT_EQ(problems(),
+              Texts{"p: Object groups are not supported for vector arrays. Use components list instead."});
 }
 
 TEST_F(PointAttributeToArray, ParticlesYieldPositionsAlone) {
@@ -130,7 +136,8 @@ TEST_F(PointAttributeToArray, ParticlesYieldPositionsAlone) {
     expectNear(floats("p.outPositionPP"), {4, 5, 6, 7, 8, 9});
     run("setAttr p.useComponents 2");
     expectEmpty({"outPositionPP"});
-    EXPECT_EQ(problems(), Texts{"p: Object groups are not supported for particles. Use components list instead."});
+    EXPECT_EQ(problems(),
+              Texts{"p: Object groups are not supported for particles. Use components list instead."});
 }
 
 TEST_F(PointAttributeToArray, CurvesPairTheirIdsAndReadTheRibbon) {
@@ -141,7 +148,8 @@ TEST_F(PointAttributeToArray, CurvesPairTheirIdsAndReadTheRibbon) {
     EXPECT_EQ(ints("p.outMapCountPP"), (std::vector<int>{1, 1, 1, 1, 1}));
     EXPECT_EQ(ints("p.outMapIdPP"), (std::vector<int>{0, 2, 4, 6, 8})) << "the even vertices of the ribbon";
     EXPECT_EQ(floats("p.outNormalPP").size(), 15U);
-    EXPECT_EQ(run("size(`ls -type nurbsTessellate -type extrude -type rebuildCurve`)").asInt(), 0) << "all gone again";
+    EXPECT_EQ(run("size(`ls -type nurbsTessellate -type extrude -type rebuildCurve`)").asInt(), 0)
+        << "all gone again";
     run("setAttr p.useComponents 1; setAttr p.inComponents -type \"componentList\" 1 \"cv[3]\";");
     expectNear(floats("p.outPositionPP"), {4, 0, 0});
 }
@@ -155,8 +163,9 @@ TEST_F(PointAttributeToArray, SurfacesHavePairsOfIdsAndPeriodicOnesAreRefused) {
     EXPECT_EQ(ints("p.outIdPP"), (std::vector<int>{1, 0, 1, 1}));
     run("sphere; connectAttr -f nurbsSphereShape1.worldSpace[0] p.inGeometry;");
     expectEmpty({"outIdPP", "outPositionPP"});
-    EXPECT_EQ(problems(), Texts{"p: The geometry at the input is a periodic nurbs surface. Rebuild using the \"End "
-                                "Conditions\" / \"Multiple Knots\" options."});
+    EXPECT_EQ(problems(),
+              Texts{"p: The geometry at the input is a periodic nurbs surface. Rebuild using the \"End "
+                    "Conditions\" / \"Multiple Knots\" options."});
 }
 
 TEST_F(PointAttributeToArray, StateGuardAndDisconnection) {
@@ -174,19 +183,23 @@ TEST_F(PointAttributeToArray, StateGuardAndDisconnection) {
     EXPECT_EQ(problems().size(), 2U);
 }
 
-// --- the kernel on its own -------------------------------------------------------------------------------------------
+// --- the kernel on its own
+// -------------------------------------------------------------------------------------------
 
 /// Vertices with one face each, whose tangents and binormals are given.
-PointGeometry fans(const std::vector<MFloatVector>& tangents, const std::vector<std::vector<unsigned>>& cornersOf) {
+PointGeometry fans(const std::vector<MFloatVector>& tangents,
+                   const std::vector<std::vector<unsigned>>& cornersOf) {
     PointGeometry geometry;
     geometry.pointCount = static_cast<unsigned>(cornersOf.size());
     geometry.cornerStart.push_back(0);
     for (const auto& corners : cornersOf) {
-        for (const unsigned corner : corners) geometry.corners.push_back(corner);
+        for (const unsigned corner : corners)
+            geometry.corners.push_back(corner);
         geometry.cornerStart.push_back(static_cast<unsigned>(geometry.corners.size()));
         geometry.vertexNormals.append(MFloatVector(0, 1, 0));
     }
-    for (const auto& tangent : tangents) geometry.cornerTangents.append(tangent);
+    for (const auto& tangent : tangents)
+        geometry.cornerTangents.append(tangent);
     geometry.cornerNormals = geometry.cornerTangents;
     geometry.cornerBinormals = geometry.cornerTangents;
     return geometry;
@@ -198,7 +211,8 @@ struct Results {
     MDoubleArray rgba, maps, sharedMaps;
 
     Results(const PointGeometry& geometry, const PointSettings& settings) {
-        PointArrays out{ids, positions, rotations, normals, binormals, tangents, rgba, mapCounts, mapIds, maps, sharedMaps};
+        PointArrays out{ids,  positions, rotations, normals, binormals, tangents,
+                        rgba, mapCounts, mapIds,    maps,    sharedMaps};
         readPointAttributes(geometry, settings, std::vector<char>(geometry.pointCount, 1), out);
     }
 };
@@ -230,7 +244,8 @@ TEST(PointAttributes, ALoweredOffsetStaysLowered) {
     settings.normal = true;
     settings.averagedNormals = false;
     settings.normalIdOffset = 5;
-    const auto geometry = fans({{1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}, {5, 0, 0}}, {{0, 1}, {2, 3, 4}, {}});
+    const auto geometry =
+        fans({{1, 0, 0}, {2, 0, 0}, {3, 0, 0}, {4, 0, 0}, {5, 0, 0}}, {{0, 1}, {2, 3, 4}, {}});
     const Results r(geometry, settings);
     EXPECT_EQ(r.normals[0], MVector(2, 0, 0));
     EXPECT_EQ(r.normals[1], MVector(4, 0, 0)) << "offset 1 now, though there are three faces";
@@ -242,13 +257,15 @@ TEST(PointAttributes, ParallelNormalAndTangentTakeTheBinormalRoute) {
     settings.rotation = true;
     settings.rotationOrder = 1; // normal, binormal, tangent: a right-handed frame
     // Just parallel enough or not: the limit of 0.01 radians itself counts as not parallel.
-    for (const auto& [angle, parallel] : {std::pair{0.0, true}, {0.0099, true}, {0.0101, false}, {3.1305, true}}) {
-        auto geometry = fans({{static_cast<float>(std::sin(angle)), static_cast<float>(std::cos(angle)), 0}}, {{0}});
+    for (const auto& [angle, parallel] :
+         {std::pair{0.0, true}, {0.0099, true}, {0.0101, false}, {3.1305, true}}) {
+        auto geometry =
+            fans({{static_cast<float>(std::sin(angle)), static_cast<float>(std::cos(angle)), 0}}, {{0}});
         geometry.cornerBinormals[0] = MFloatVector(0, 0, 1);
         const Results r(geometry, settings);
-        // Binormal route: tangent = n ^ b = (1,0,0), binormal = n ^ t = (0,0,-1). Otherwise: binormal = n ^ t =
-        // (0,0,-1), tangent = n ^ b = (-1,0,0).
-        // Rows (0,1,0), (0,0,-1), (+-1,0,0): m02 = 0, x = atan2(-1, 0), z = atan2(1, 0) for the mirrored one turned.
+        // Binormal route: tangent = n ^ b = (1,0,0), binormal = n ^ t = (0,0,-1). Otherwise: binormal = n ^ t
+        // = (0,0,-1), tangent = n ^ b = (-1,0,0). Rows (0,1,0), (0,0,-1), (+-1,0,0): m02 = 0, x = atan2(-1,
+        // 0), z = atan2(1, 0) for the mirrored one turned.
         const double x = parallel ? 90 : -90, z = parallel ? -90 : 90;
         EXPECT_NEAR(r.rotations[0].x, x, 1e-3) << angle;
         EXPECT_NEAR(r.rotations[0].y, 0, 1e-3) << angle;
