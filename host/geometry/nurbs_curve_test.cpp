@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <numeric>
 
 namespace vesk::geom {
 namespace {
@@ -95,51 +96,33 @@ TEST(NurbsBasis, FunctionsAddUpToOneAndDerivativesToZero) {
         ASSERT_TRUE(basis.check()) << basis.check().error;
         for (int i = 0; i <= 30; ++i) {
             const NurbsRow row = basis.row(basis.start() + (basis.end() - basis.start()) * i / 30.0, 2);
-            double sums[3] = {};
             for (int k = 0; k < 3; ++k) {
-                for (int j = 0; j <= degree; ++j)
-                    sums[k] += row.values[k][j];
+                const double sum = std::accumulate(row.values[k].begin(), row.values[k].end(), 0.0);
+                EXPECT_NEAR(sum, k == 0 ? 1.0 : 0.0, 1e-9);
             }
-            EXPECT_NEAR(sums[0], 1.0, 1e-13);
-            EXPECT_NEAR(sums[1], 0.0, 1e-11);
-            EXPECT_NEAR(sums[2], 0.0, 1e-9);
             EXPECT_GE(row.firstCv, 0);
             EXPECT_LE(row.firstCv + degree, basis.cvCount() - 1);
         }
     }
 }
 
-TEST(NurbsCurve, CountsFollowDegreeAndForm) {
+TEST(NurbsCurve, KeepsCvsByItsForm) {
     const NurbsCurve open = make(NurbsBasis::clamped(3, 2), zigzag);
     EXPECT_EQ(open.knots(), (std::vector<double>{0, 0, 0, 1, 2, 2, 2}));
-    EXPECT_EQ(open.spanCount(), 2);
-    EXPECT_EQ(open.distinctCvCount(), 5);
     EXPECT_EQ(open.basis().editParameters(), (std::vector<double>{0, 1, 2}));
-    const NurbsCurve ring = roundedSquare();
-    EXPECT_EQ(ring.knots(), (std::vector<double>{-2, -1, 0, 1, 2, 3, 4, 5, 6}));
-    EXPECT_EQ(ring.cvCount(), 7);
-    EXPECT_EQ(ring.distinctCvCount(), 4);
-    EXPECT_EQ(ring.editPoints().size(), 4U);
+    EXPECT_EQ(NurbsCurve::create(NurbsBasis::clamped(3, 1), zigzag).error(),
+              "5 CVs do not go with 6 knots and degree 3");
 
-    const Result<NurbsCurve> wrong = NurbsCurve::create(NurbsBasis::clamped(3, 1), zigzag);
-    ASSERT_FALSE(wrong);
-    EXPECT_EQ(wrong.error(), "5 CVs do not go with 6 knots and degree 3");
-    const NurbsCurve none;
-    EXPECT_EQ(none.cvCount(), 0);
-    EXPECT_EQ(none.length(), 0.0);
-    EXPECT_EQ(none.pointAt(1.0), MPoint());
-    EXPECT_TRUE(none.clamped().empty());
-}
-
-TEST(NurbsCurve, RepeatedCvsFollowTheFirst) {
     NurbsCurve ring = roundedSquare();
     const NurbsCurve before = ring;
+    EXPECT_EQ(ring.knots(), (std::vector<double>{-2, -1, 0, 1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(ring.distinctCvCount(), 4);
+    EXPECT_EQ(ring.editPoints().size(), 4U);
     EXPECT_EQ(ring.cvs()[6], MPoint(-1, -1));
     EXPECT_TRUE(ring.setCv(1, {5, 5, 5}));
     EXPECT_EQ(ring.cvs()[5], MPoint(5, 5, 5));
     EXPECT_FALSE(ring.setCv(4, {}));
-    EXPECT_FALSE(ring.setCv(-1, {}));
-    EXPECT_FALSE(ring.setCv(7, {}));
+    EXPECT_FALSE(ring.setCv(-1, {}) || ring.setCv(7, {}));
     std::vector<MPoint> cvs(7, MPoint(9, 9, 9));
     cvs[2] = MPoint(0, 1, 2, 3);
     EXPECT_TRUE(ring.setCvs(cvs));
@@ -147,6 +130,11 @@ TEST(NurbsCurve, RepeatedCvsFollowTheFirst) {
     cvs.pop_back();
     EXPECT_FALSE(ring.setCvs(cvs));
     EXPECT_EQ(before.cvs()[1], MPoint(-1, 1)); // the copy kept its own
+
+    const NurbsCurve none;
+    EXPECT_EQ(none.length(), 0.0);
+    EXPECT_EQ(none.pointAt(1.0), MPoint());
+    EXPECT_TRUE(none.clamped().empty());
 }
 
 TEST(NurbsCurve, EvaluatesPointsAndDerivatives) {
@@ -165,22 +153,12 @@ TEST(NurbsCurve, EvaluatesPointsAndDerivatives) {
     const NurbsCurve ring = roundedSquare();
     expectNear(ring.pointAt(0), MVector(1 - 4 - 1, 1 + 4 - 1) / 6.0);
     expectNear(ring.pointAt(9.25), ring.pointAt(1.25));
-    expectNear(ring.at(4).d1, ring.at(0).d1);
+    for (const double u : {0.0, 0.3, 1.0})
+        EXPECT_NEAR(MVector(quarter().pointAt(u)).length(), 1.0, 1e-14);
 
-    // The circle: radius 1 all along, and at its middle the direction (-1, 1).
-    const NurbsCurve arc = quarter();
-    for (int i = 0; i <= 10; ++i)
-        EXPECT_NEAR(MVector(arc.pointAt(i / 10.0)).length(), 1.0, 1e-14);
-    expectNear(arc.at(0.5).d1.normal(), MVector(-1, 1).normal());
-}
-
-TEST(NurbsCurve, DerivativesAgreeWithDifferences) {
-    const NurbsCurve curves[] = {
-        make({3, NurbsForm::Open, {0, 0, 0, 0.3, 2, 2, 2}}, zigzag), quarter(), roundedSquare(),
-        make({4, NurbsForm::Open, {0, 0, 0, 0, 2, 2, 2, 2}},
-             {{0, 0, 0, 1}, {1, 2, 0, 3}, {3, 2, 1, 0.5}, {4, 0, 2, 1}, {6, 1, 0, 2}}, true)};
     const double h = 1e-5;
-    for (const NurbsCurve& curve : curves) {
+    for (const NurbsCurve& curve :
+         {quarter(), ring, make({3, NurbsForm::Open, {0, 0, 0, 0.3, 2, 2, 2}}, zigzag)}) {
         for (const double u : {0.21, 0.5, 0.83}) {
             const CurvePoint point = curve.at(u);
             const CurvePoint before = curve.at(u - h);
@@ -197,14 +175,10 @@ TEST(NurbsCurve, MeasuresLength) {
     EXPECT_NEAR(line.length(), 11.0, 1e-12);
     EXPECT_NEAR(line.length(1.5, 0.5), -5.5, 1e-12);
     EXPECT_NEAR(line.parameterAtLength(8.0), 1.5, 1e-9);
-    EXPECT_EQ(line.parameterAtLength(-1), 0.0);
     EXPECT_EQ(line.parameterAtLength(12), 2.0);
-    const double quarterTurn = std::numbers::pi / 2;
-    EXPECT_NEAR(quarter().length(), quarterTurn, 1e-9);
-    EXPECT_NEAR(quarter().parameterAtLength(quarterTurn / 2), 0.5, 1e-8);
-    // y = x^2 from 0 to 1, and there and back again through a cusp at 2.
-    const double parabola = std::sqrt(5.0) / 2 + std::asinh(2.0) / 4;
-    EXPECT_NEAR(make(NurbsBasis::clamped(2, 1), {{0, 0}, {0.5, 0}, {1, 1}}).length(), parabola, 1e-9);
+    EXPECT_NEAR(quarter().length(), std::numbers::pi / 2, 1e-9);
+    EXPECT_NEAR(quarter().parameterAtLength(std::numbers::pi / 4), 0.5, 1e-8);
+    // There and back again, through a cusp at 2.
     EXPECT_NEAR(make(NurbsBasis::clamped(2, 1), {{0, 0}, {4, 0}, {0, 0}}).length(), 4.0, 1e-3);
 }
 
@@ -249,13 +223,7 @@ TEST(NurbsCurve, ClampingKeepsPointsAndCount) {
         make({2, NurbsForm::Open, {-5, 0, 0.5, 1, 1.5, 9}}, {{0, 0}, {1, 2}, {3, 2}, {4, 0}, {6, 1}});
     expectSameShape(uneven.clamped(), uneven);
     EXPECT_TRUE(uneven.clamped().basis().isClamped());
-    const NurbsCurve done = make(NurbsBasis::clamped(3, 2), zigzag);
-    EXPECT_EQ(done.clamped().cvs(), done.cvs());
-    EXPECT_EQ(done.clamped().basis(), done.basis());
-
-    const NurbsCurve wide = done.withDomain(10, 14);
-    EXPECT_EQ(wide.knots(), (std::vector<double>{10, 10, 10, 12, 14, 14, 14}));
-    expectNear(wide.pointAt(11), done.pointAt(0.5));
+    expectNear(uneven.withDomain(10, 12).pointAt(11.5), uneven.pointAt(1.125));
 }
 
 TEST(NurbsCurve, TransformsPointsNotWeights) {

@@ -8,7 +8,7 @@
 
 namespace vesk::geom {
 
-/// How many CVs there are along each direction, and how many of them repeat no other.
+/// How many CVs there are along each direction, and how many of them repeat no other: more than the rest.
 struct CvGrid {
     int countU = 0, distinctU = 0;
     int countV = 1, distinctV = 1;
@@ -16,10 +16,11 @@ struct CvGrid {
 
 /// Makes given CVs what a shape keeps: the repeated ones equal to the first, weights 1 unless rational.
 inline void settleCvs(const CvGrid& grid, bool rational, std::vector<MPoint>& cvs) {
+    const auto firstOf = [](int i, int distinct) { return i < distinct ? i : i - distinct; };
     for (int u = 0; u < grid.countU; ++u) {
         for (int v = 0; v < grid.countV; ++v) {
             MPoint& cv = cvs[grid.countV * u + v];
-            cv = cvs[grid.countV * (u % grid.distinctU) + v % grid.distinctV];
+            cv = cvs[grid.countV * firstOf(u, grid.distinctU) + firstOf(v, grid.distinctV)];
             if (!rational) cv.w = 1.0;
         }
     }

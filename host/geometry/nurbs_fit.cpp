@@ -85,7 +85,7 @@ Outcome fitCvs(const NurbsBasis& basis, int first, const std::vector<double>& si
     const int distinct = basis.distinctCvCount();
     const auto place = [&](int i) { return placeOf(i, count, basis.isPeriodic()); };
     // The unknown that a CV is, outside 0 .. count - 1 for one that stays.
-    const auto unknownOf = [&](int cv) { return cv % distinct - first; };
+    const auto unknownOf = [&](int cv) { return (cv < distinct ? cv : cv - distinct) - first; };
 
     std::vector<NurbsRow> rows;
     int reach = 0;

@@ -13,12 +13,9 @@ void expectNear(const MVector& a, const MVector& b, double tolerance = 1e-12) {
 
 TEST(MakeCircle, IsAnEvenRing) {
     const NurbsCurve circle = *makeCircle({});
-    EXPECT_EQ(circle.degree(), 3);
-    EXPECT_EQ(circle.form(), NurbsForm::Periodic);
-    EXPECT_EQ(circle.spanCount(), 8);
+    EXPECT_EQ(circle.basis(),
+              (NurbsBasis{3, NurbsForm::Periodic, {-2, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}}));
     EXPECT_EQ(circle.cvCount(), 11);
-    EXPECT_EQ(circle.basis().start(), 0.0);
-    EXPECT_EQ(circle.basis().end(), 8.0);
     // Radius r of the CVs from (r cos 45 + 4 r + r cos 45) / 6 = 1.
     const double r = 6.0 / (4.0 + std::sqrt(2.0));
     expectNear(circle.cvs()[1], {0, r, 0});
@@ -49,7 +46,6 @@ TEST(MakeCircle, FollowsItsOptions) {
     EXPECT_FALSE(makeCircle({.degree = 2}));
     EXPECT_FALSE(makeCircle({.sections = 3}));
     EXPECT_FALSE(makeCircle({.sections = 1000000000}));
-    EXPECT_FALSE(makeCircle({.sweep = 0}));
     EXPECT_FALSE(makeCircle({.sweep = std::nan("")}));
 }
 
@@ -60,11 +56,8 @@ TEST(MakeCurve, AddsKnotsAndChecks) {
     EXPECT_FALSE(plain.isRational());
     EXPECT_TRUE(makeCurve(1, {{0, 0}, {1, 0, 0, 2}})->isRational());
     EXPECT_EQ(makeCurve(3, {{0, 0}, {1, 0}}).error(), "2 CVs are too few for degree 3");
-    EXPECT_FALSE(makeCurve(0, square));
-    EXPECT_FALSE(makeCurve(3, {}));
-    EXPECT_FALSE(makeCurve(3, square, {0, 0, 1, 1}));
-    EXPECT_FALSE(makeCurve(1, square, {}, true));
-    EXPECT_FALSE(makeCurve(1, square, {0, 1, 2, 3}, true));
+    EXPECT_FALSE(makeCurve(0, square) || makeCurve(3, {}) || makeCurve(3, square, {0, 0, 1, 1}));
+    EXPECT_FALSE(makeCurve(1, square, {}, true) || makeCurve(1, square, {0, 1, 2, 3}, true));
     std::vector<MPoint> round = square;
     round.push_back(square[0]);
     EXPECT_EQ(makeCurve(1, round, {0, 1, 2, 3, 4}, true)->distinctCvCount(), 4);
@@ -87,8 +80,7 @@ TEST(MakePlane, IsEvenInBothDirections) {
     EXPECT_EQ(wide.basisV().knots, (std::vector<double>{0, 0, 0, 0.25, 0.5, 0.75, 1, 1, 1}));
     EXPECT_EQ(wide.cvCountU(), 5);
     expectNear(wide.pointAt(0.125, 0.75), {5 - 1.5, 0.5, 0});
-    EXPECT_FALSE(makePlane({.degree = 0}));
-    EXPECT_FALSE(makePlane({.patchesU = 0}));
+    EXPECT_FALSE(makePlane({.degree = 0}) || makePlane({.patchesU = 0}));
 }
 
 TEST(Revolved, NormalsPointOutward) {
@@ -129,9 +121,7 @@ TEST(Revolved, NormalsPointOutward) {
     EXPECT_EQ(half.cvCount(), 9);
     expectNear(half.cv(1, 0), {-1, 0, 0});
     expectNear(half.cv(1, 1), {0, 0, -1});
-    EXPECT_FALSE(makeCylinder({.degree = 0}));
-    EXPECT_FALSE(makeSphere({.sections = 2}));
-    EXPECT_FALSE(makeSphere({}, 0));
+    EXPECT_FALSE(makeCylinder({.degree = 0}) || makeSphere({.sections = 2}) || makeSphere({}, 0));
     EXPECT_FALSE(makeTorus({.endSweep = -1}));
 }
 

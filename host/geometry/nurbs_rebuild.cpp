@@ -87,8 +87,8 @@ Result<NurbsCurve> uniform(const NurbsCurve& curve, const RebuildOptions& option
         if (Outcome fault = fitCvs(basis, 0, sites, targets, cvs); !fault) return fault;
     }
     Result<NurbsCurve> result = NurbsCurve::create(std::move(basis), std::move(cvs), curve.isRational());
-    if (result) return result->withDomain(start, end);
-    return result;
+    if (!result) return result;
+    return result->withDomain(start, end);
 }
 
 } // namespace

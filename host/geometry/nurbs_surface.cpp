@@ -69,7 +69,9 @@ std::vector<int> NurbsSurface::distinctCvs() const {
 }
 
 bool NurbsSurface::isRepeatedCv(int index) const {
-    return index / cvCountV() >= distinctCvCountU() || index % cvCountV() >= distinctCvCountV();
+    const int countV = cvCountV();
+    if (countV == 0) return false;
+    return index / countV >= distinctCvCountU() || index % countV >= distinctCvCountV();
 }
 
 Outcome NurbsSurface::setCvs(std::vector<MPoint> cvs) {

@@ -47,7 +47,7 @@ class NurbsSurface {
     const MPoint& cv(int u, int v) const { return (*cvs_)[cvIndex(u, v)]; }
     /// Indices into `cvs()` of those that repeat no other, ascending.
     std::vector<int> distinctCvs() const;
-    /// Whether the CV only repeats another, which `setCv` refuses. The index must exist.
+    /// Whether the CV only repeats another, which `setCv` refuses. False on an empty surface.
     bool isRepeatedCv(int index) const;
     /// Fails, changing nothing, on another count.
     Outcome setCvs(std::vector<MPoint> cvs);

@@ -33,13 +33,9 @@ TEST(NurbsSurface, RefusesWhatDoesNotFit) {
     EXPECT_EQ(NurbsSurface::create(good, good, std::vector<MPoint>(5)).error(),
               "5 CVs where the knots ask for 2 times 2");
     NurbsSurface surface = make(good, good, four);
-    EXPECT_FALSE(surface.setCvs(std::vector<MPoint>(3)));
-    EXPECT_FALSE(surface.setCv(4, {}));
-    EXPECT_FALSE(surface.setCv(-1, {}));
+    EXPECT_FALSE(surface.setCvs(std::vector<MPoint>(3)) || surface.setCv(4, {}) || surface.setCv(-1, {}));
     const NurbsSurface none;
-    EXPECT_TRUE(none.empty());
     EXPECT_TRUE(none.distinctCvs().empty());
-    EXPECT_EQ(none.pointAt(0, 0), MPoint());
     EXPECT_EQ(none.normalAt(0, 0), MVector());
 }
 
@@ -47,7 +43,7 @@ TEST(NurbsSurface, OrdersCvsAlongVAndRepeatsPeriodicOnes) {
     // 3 by 2 distinct CVs, each direction linear and periodic: 4 by 3 in all.
     std::vector<MPoint> cvs;
     for (int i = 0; i < 12; ++i)
-        cvs.emplace_back(i, 0);
+        cvs.push_back(MPoint(i, 0));
     NurbsSurface torus = make(NurbsBasis::periodic(1, 3), NurbsBasis::periodic(1, 2), cvs);
     EXPECT_EQ(torus.cvIndex(2, 1), 7);
     EXPECT_EQ(torus.distinctCvs(), (std::vector<int>{0, 1, 3, 4, 6, 7}));
@@ -57,8 +53,7 @@ TEST(NurbsSurface, OrdersCvsAlongVAndRepeatsPeriodicOnes) {
     EXPECT_TRUE(torus.setCv(0, {8, 8}));
     for (const int corner : {0, 2, 9, 11})
         EXPECT_EQ(torus.cvs()[corner], MPoint(8, 8));
-    EXPECT_FALSE(torus.setCv(2, {}));
-    EXPECT_FALSE(torus.setCv(9, {}));
+    EXPECT_FALSE(torus.setCv(2, {}) || torus.setCv(9, {}));
     EXPECT_EQ(before.cvs()[0], MPoint(0, 0));
 }
 
@@ -103,15 +98,6 @@ TEST(NurbsSurface, NormalAtAPoleIsTheLimit) {
     const NurbsSurface point =
         make(NurbsBasis::clamped(1, 1), NurbsBasis::clamped(1, 1), std::vector<MPoint>(4, MPoint(1, 2, 3)));
     EXPECT_EQ(point.normalAt(0.5, 0.5), MVector());
-}
-
-TEST(NurbsSurface, TransformsPointsNotWeights) {
-    MMatrix matrix;
-    matrix[0][0] = 2, matrix[3][1] = 5;
-    const NurbsSurface moved = shell().transformed(matrix);
-    EXPECT_EQ(moved.cvs()[1], MPoint(2, 7, 0, 2));
-    const MPoint before = shell().pointAt(0.3, 0.6);
-    expectNear(moved.pointAt(0.3, 0.6), MVector(2 * before.x, before.y + 5, before.z));
 }
 
 } // namespace
