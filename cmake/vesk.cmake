@@ -30,7 +30,9 @@ if(VESK_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -g1)
   target_link_options(vesk_settings INTERFACE -fsanitize=address,undefined)
 endif()
-target_link_options(vesk_settings INTERFACE -fuse-ld=gold)
+# A target with the property PLAIN_LINKER gets the linker that lists nothing but what is exported.
+target_link_options(vesk_settings INTERFACE
+  $<IF:$<BOOL:$<TARGET_PROPERTY:PLAIN_LINKER>>,-fuse-ld=bfd,-fuse-ld=gold>)
 
 # One precompiled header of standard headers, shared by every target.
 file(WRITE ${CMAKE_BINARY_DIR}/pch.cpp.in "")

@@ -365,6 +365,7 @@ void registerSettings(graph::TypeRegistry& types) {
                              "blindDataTemplate",
                              "polyBlindData",
                              "container",
+                             "network",
                              "choice"}) {
         addNode(types, name);
     }

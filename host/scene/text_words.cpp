@@ -170,6 +170,10 @@ std::size_t TextWords::take(T* to, std::size_t count) {
     return taken;
 }
 
+std::size_t TextWords::numbers(double* to, std::size_t count) { return take(to, count); }
+std::size_t TextWords::numbers(float* to, std::size_t count) { return take(to, count); }
+std::size_t TextWords::numbers(int* to, std::size_t count) { return take(to, count); }
+
 std::vector<mel::Value> valuesOf(std::string_view statement) {
     std::vector<mel::Value> values;
     TextWords words(statement);

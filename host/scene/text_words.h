@@ -20,9 +20,9 @@ class TextWords final : public commands::Words {
     std::size_t numbersAhead() override;
     std::string_view text() override;
     std::string asWritten() override;
-    std::size_t numbers(double* to, std::size_t count) override { return take(to, count); }
-    std::size_t numbers(float* to, std::size_t count) override { return take(to, count); }
-    std::size_t numbers(int* to, std::size_t count) override { return take(to, count); }
+    std::size_t numbers(double* to, std::size_t count) override;
+    std::size_t numbers(float* to, std::size_t count) override;
+    std::size_t numbers(int* to, std::size_t count) override;
 
     /// Where the next word begins: for messages.
     const char* at() const { return at_; }
