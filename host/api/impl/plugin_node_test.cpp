@@ -168,6 +168,7 @@ MStatus affectingKeyable() {
 }
 
 TEST_F(PluginNodeTest, RegistrationIsAllOrNothing) {
+    initializeCalls = 0;
     MObject object(plugin.get());
     MFnPlugin fn(object, "somebody", "2.1");
     EXPECT_EQ(fn.vendor(), "somebody");
