@@ -88,9 +88,11 @@ mel::Value createNode(CommandContext& context, const Args& args) {
     const std::string name = args.text("name");
     context.currentNode = nullptr; // lines of a file that mean a node which could not be made fail
     DagNode* parent = args.has("parent") ? &dagNodeNamed(context, args.text("parent")) : nullptr;
-    if (args.isOn("shared") && !name.empty()) {
+    // A file makes some of the session's own nodes (layers, light links) without saying that they are shared.
+    const bool shared = args.isOn("shared");
+    if ((shared || context.scene.readingFile) && !name.empty()) {
         Node* there = context.scene.find(name);
-        if (there && there->type().name() == typeName) {
+        if (there && there->type().name() == typeName && (shared || there->isDefault)) {
             context.currentNode = there;
             return mel::Value();
         }

@@ -121,6 +121,18 @@ void wire(Node& from, std::string_view out, Cell& destination) {
     if (!destination.source) (void)graph::connect(source, destination);
 }
 
+/// What a scene that was cleared left between the nodes that stayed.
+void cutWires(Scene& scene) {
+    for (Node* node : scene.nodes()) {
+        if (!node->isDefault) continue;
+        for (int i = 0; i < node->attributeCount(); ++i) {
+            const Attribute* attribute = node->attributeAt(i);
+            if (!attribute || attribute->parent) continue;
+            if (Cell* top = node->cellIfThere(*attribute)) graph::disconnectAll(*top);
+        }
+    }
+}
+
 void wireDefaults(Scene& scene) {
     const auto node = [&](const char* type, const char* name) -> Node& {
         return defaultNode(scene, type, name);
@@ -137,6 +149,7 @@ void wireDefaults(Scene& scene) {
 } // namespace
 
 void createDefaultNodes(Scene& scene) {
+    cutWires(scene);
     (void)defaultNode(scene, "time", "time1");
     makeCameras(scene);
     for (const auto& [type, name] : kPlainNodes)

@@ -1,5 +1,6 @@
 #include "host/nodes/register.h"
 
+#include "host/api/impl/plugin_type.h"
 #include "host/nodes/anim_curve_node.h"
 #include "host/nodes/arithmetic.h"
 #include "host/nodes/groups.h"
@@ -20,6 +21,7 @@ void registerHostTypes(graph::TypeRegistry& types) {
     registerMesh(types);
     registerNurbsShapes(types);
     registerParticles(types);
+    api::registerLocatorType(types);
     registerPolygonCreators(types);
     registerNurbsOperators(types);
     registerGroups(types);

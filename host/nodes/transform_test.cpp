@@ -86,13 +86,15 @@ TEST_F(TransformTest, TheSessionsOwnNodesComeBackAfterClear) {
     EXPECT_EQ(at("initialShadingGroup.ss").source, &at("lambert1.oc"));
     make("transform", "mine");
     set("persp.tx", 0);
+    connect("layerManager.displayLayerId[0]", "defaultLayer.identification");
     scene->setFrame(7);
     scene->clear();
     createDefaultNodes(*scene);
     EXPECT_EQ(scene->nodeCount(), count);
     EXPECT_EQ(get("persp.tx"), 28);
     EXPECT_EQ(scene->frame(), 1);
-    EXPECT_EQ(at("renderPartition.sets").children.size(), 2U);
+    EXPECT_EQ(at("renderPartition.sets").existingIndices().size(), 2U);
+    EXPECT_EQ(at("defaultLayer.identification").source, nullptr) << "a file wires it anew";
 }
 
 } // namespace
