@@ -96,7 +96,8 @@ class AnimCurveNodeTest : public NodesTest {
         scene->setFrame(1);
     }
     /// Linear keys; times in frames of 250 ticks.
-    void keys(const std::string& node, std::vector<std::pair<double, double>> values, double unit = 250) {
+    void keys(const std::string& node, const std::vector<std::pair<double, double>>& values,
+              double unit = 250) {
         set(node + ".tan", 2);
         int index = 0;
         for (const auto& [time, value] : values) {

@@ -110,6 +110,10 @@ TEST_F(PlaceholderTest, EveryTypeOfTheHostComputesFromItsDefaults) {
             EXPECT_FALSE(cell.dirty) << type->name() << "." << attribute->longName;
         }
     }
+    for (const auto& text : messages())
+        EXPECT_TRUE(text.ends_with("' are kept, but do nothing here.")) << text;
+    make("pointConstraint");
+    EXPECT_EQ(messages().size(), 0U) << "said once";
 }
 
 } // namespace

@@ -1,7 +1,11 @@
 #include "host/nodes/stock_types.h"
 
+#include "host/core/log.h"
 #include "host/nodes/declare.h"
 #include "host/nodes/placeholder.h"
+
+#include <memory>
+#include <utility>
 
 namespace vesk::nodes {
 
@@ -295,6 +299,18 @@ void addList(graph::TypeRegistry& types, const char* name, const char* longName,
     (*types.find(name))(members(longName, shortName));
 }
 
+/// A type that does something elsewhere and nothing here: its first node tells so.
+template <class T>
+void addIdle(graph::TypeRegistry& types, const std::string& name, MFn::Type kind, const char* base) {
+    (void)types.add(std::make_unique<NodeType>(
+        name, kind, types.find(base),
+        [told = std::make_shared<bool>(false)](const NodeType& type) -> Ref<Node> {
+            if (!std::exchange(*told, true))
+                log().warning("Nodes of type '" + type.name() + "' are kept, but do nothing here.");
+            return makeRef<T>(type);
+        }));
+}
+
 void registerShading(graph::TypeRegistry& types) {
     addNode(types, "objectSet", setAttributes, MFn::kSet);
     add<PlaceholderNode>(types, "shadingEngine", MFn::kShadingEngine, "objectSet", shadingEngineAttributes);
@@ -324,11 +340,7 @@ void registerSettings(graph::TypeRegistry& types) {
     addList(types, "lightList", "lights", "l");
     addList(types, "postProcessList", "postProcesses", "p");
     addList(types, "renderGlobalsList", "renderGlobals", "rg");
-    for (const char* name : {"bump2d",
-                             "bump3d",
-                             "layeredShader",
-                             "layeredTexture",
-                             "particleCloud",
+    for (const char* name : {"particleCloud",
                              "shaderGlow",
                              "renderGlobals",
                              "renderQuality",
@@ -354,20 +366,18 @@ void registerSettings(graph::TypeRegistry& types) {
                              "shapeEditorManager",
                              "poseInterpolatorManager",
                              "globalCacheControl",
-                             "expression",
                              "geometryVarGroup",
                              "character",
                              "characterMap",
-                             "animLayer",
-                             "pairBlend",
                              "reference",
                              "geomBind",
                              "blindDataTemplate",
-                             "polyBlindData",
-                             "container",
-                             "network",
-                             "choice"}) {
+                             "container"}) {
         addNode(types, name);
+    }
+    for (const char* name : {"bump2d", "bump3d", "layeredShader", "layeredTexture", "expression", "animLayer",
+                             "pairBlend", "choice"}) {
+        addIdle<PlaceholderNode>(types, name, MFn::kDependencyNode, "node");
     }
 }
 
@@ -380,16 +390,16 @@ void registerDag(graph::TypeRegistry& types) {
     add<PlaceholderShape>(types, "imagePlane", MFn::kShape, "shape");
     add<PlaceholderShape>(types, "annotationShape", MFn::kShape, "shape");
     add<PlaceholderTransform>(types, "instancer", MFn::kInstancer, "transform", instancerAttributes);
-    add<PlaceholderTransform>(types, "ikHandle", MFn::kIkHandle, "transform");
     add<PlaceholderTransform>(types, "ikEffector", MFn::kIkEffector, "transform");
     add<PlaceholderTransform>(types, "place3dTexture", MFn::kPlace3dTexture, "transform");
-    add<PlaceholderTransform>(types, "pointConstraint", MFn::kPointConstraint, "transform");
-    add<PlaceholderTransform>(types, "parentConstraint", MFn::kParentConstraint, "transform");
-    add<PlaceholderTransform>(types, "scaleConstraint", MFn::kScaleConstraint, "transform");
-    for (const char* name :
-         {"orientConstraint", "aimConstraint", "poleVectorConstraint", "geometryConstraint",
-          "normalConstraint", "tangentConstraint", "dagContainer", "nucleus"}) {
-        add<PlaceholderTransform>(types, name, MFn::kTransform, "transform");
+    add<PlaceholderTransform>(types, "dagContainer", MFn::kTransform, "transform");
+    addIdle<PlaceholderTransform>(types, "ikHandle", MFn::kIkHandle, "transform");
+    addIdle<PlaceholderTransform>(types, "pointConstraint", MFn::kPointConstraint, "transform");
+    addIdle<PlaceholderTransform>(types, "parentConstraint", MFn::kParentConstraint, "transform");
+    addIdle<PlaceholderTransform>(types, "scaleConstraint", MFn::kScaleConstraint, "transform");
+    for (const char* name : {"orientConstraint", "aimConstraint", "poleVectorConstraint",
+                             "geometryConstraint", "normalConstraint", "tangentConstraint", "nucleus"}) {
+        addIdle<PlaceholderTransform>(types, name, MFn::kTransform, "transform");
     }
 }
 
