@@ -139,8 +139,7 @@ const Attribute* find(CommandContext& context, const Args& args, const std::stri
         return type->find(name);
     }
     if (!args.has("node")) throw Error("attributeQuery needs a node or a type to look at.");
-    const graph::Node& node = nodeNamed(context, args.text("node"));
-    const auto range = graph::findPlug(const_cast<graph::Node&>(node), name);
+    const auto range = graph::findPlug(nodeNamed(context, args.text("node")), name);
     return range.error.empty() ? range.plug.attr.get() : nullptr;
 }
 

@@ -58,8 +58,9 @@ constexpr std::array kData{
 };
 
 /// Types that are kept in files and not looked into.
-constexpr std::array<std::string_view, 6> kStorage{"floatArray",         "polyFaces",  "dataPolyComponent",
-                                                   "dataReferenceEdits", "sceneEdits", "newParticles"};
+constexpr std::array<std::string_view, 7> kStorage{"attributeAlias",    "floatArray",         "polyFaces",
+                                                   "dataPolyComponent", "dataReferenceEdits", "sceneEdits",
+                                                   "newParticles"};
 
 template <class Rows>
 auto rowOf(const Rows& rows, std::string_view name) {

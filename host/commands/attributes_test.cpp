@@ -116,6 +116,10 @@ TEST_F(Attributes, Aliases) {
          "getAttr m.posY",
          "float 2"},
         {"aliasAttr -q m", "string[] up posY down weight[3]"},
+        // Files declare the attribute first.
+        {"addAttr -h true -sn aal -ln attributeAliasList -dt attributeAlias n;"
+         "setAttr n.aal -type attributeAlias {\"top\", \"posZ\"}; objExists n.top",
+         "int 1"},
         {"setAttr m.aal -type attributeAlias odd", "! The alias 'odd' comes without its attribute."},
     });
 }

@@ -85,7 +85,10 @@ std::string typeOf(const Plug& plug) {
     const ReadCell read(plug);
     Cell& cell = existing(read, plug);
     graph::clean(cell);
-    if (!cell.data) return {};
+    if (!cell.data) {
+        const bool holdsNumber = !attribute.acceptedNumbers.empty() && (cell.isSet || cell.feedingAncestor());
+        return holdsNumber ? "double" : "";
+    }
     Attribute shown;
     if (const auto* numeric = dynamic_cast<const NumericData*>(cell.data.get())) {
         shown.numericType = numeric->type();

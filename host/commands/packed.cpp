@@ -176,7 +176,10 @@ Outcome PackedPlace::clear(int index) const {
 }
 
 void placeWritten(graph::Cell& cell, Ref<Data> data) {
-    graph::putData(cell, std::move(data), !cell.node.isComputed(cell.attr));
+    const bool isOutput = cell.node.isComputed(cell.attr);
+    const bool isOwn = isOutput && cell.node.computing > 0;
+    graph::putData(cell, std::move(data), isOwn || !isOutput);
+    if (isOwn) return;
     graph::spreadDirt(cell);
     cell.node.valueStored(cell);
 }

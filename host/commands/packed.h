@@ -40,7 +40,8 @@ std::optional<PackedPlace> findPacked(const graph::Plug& plug);
 /// with `placeWritten`. Null when there is none of that class.
 template <class T>
 Ref<T> takeToWrite(graph::Cell& cell);
-/// Puts the written object onto the cell as a stored value and spreads dirt; the object itself is kept.
+/// Puts the written object onto the cell as a stored value and spreads dirt, except for what a node writes to
+/// an output while it computes; the object itself is kept.
 void placeWritten(graph::Cell& cell, Ref<Data> data);
 
 } // namespace vesk::commands

@@ -106,6 +106,7 @@ TEST_F(SetAndGet, AttributesOfSeveralTypes) {
     check({
         {"getAttr -type m.open", "string"},
         {"setAttr m.open 4; getAttr m.open", "float 4"},
+        {"getAttr -type m.open", "string double"},
         {"setAttr -type double3 m.open 1 2 3; getAttr m.open", "float[] 1 2 3"},
         {"getAttr -type m.open", "string double3"},
         {"setAttr -type doubleArray m.open 1 7; getAttr m.open", "float[] 7"},
