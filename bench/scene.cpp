@@ -37,6 +37,7 @@ double numberPass(std::string_view text) {
 
 /// Peak memory of a process that opens the scene and evaluates its mesh, in bytes.
 double peakOf(const std::string& vesk, const std::string& scene) {
+    std::fflush(stdout);
     const pid_t child = fork();
     if (child == 0) {
         (void)!freopen("/dev/null", "w", stdout);

@@ -14,7 +14,8 @@ namespace {
 
 Cell& cellOf(Node& node, std::string_view attribute) {
     const graph::Attribute* found = node.findAttribute(attribute);
-    if (!found) throw mel::Error("'" + node.uniqueName() + "' has no attribute '" + std::string(attribute) + "'.");
+    if (!found)
+        throw mel::Error("'" + node.uniqueName() + "' has no attribute '" + std::string(attribute) + "'.");
     return node.cell(*found);
 }
 
@@ -27,19 +28,17 @@ std::vector<FlagSpec> creationFlags(std::vector<FlagSpec> own) {
 }
 
 mel::Value createGeometry(CommandContext& context, const Args& args, const CreatorSpec& spec) {
-    auto& transform = static_cast<DagNode&>(makeNode(context, "transform", args.text("name", spec.transformName)));
-    // "pCube1" has the shape "pCubeShape1".
-    std::string shapeName = transform.name();
-    const auto digits = shapeName.find_last_not_of("0123456789") + 1;
-    shapeName.insert(digits, "Shape");
-    Node& shape = makeNode(context, spec.shapeType, shapeName, &transform);
+    auto& transform =
+        static_cast<DagNode&>(makeNode(context, "transform", args.text("name", spec.transformName)));
+    Node& shape = makeNode(context, spec.shapeType, shapeNameFor(transform.name()), &transform);
     Node& creator = makeNode(context, spec.creatorType);
     for (const auto& flag : spec.flags) {
         if (!args.has(flag.flag)) continue;
         for (std::size_t i = 0; i < flag.attributes.size(); ++i) {
             Cell& cell = cellOf(creator, flag.attributes[i]);
             const double value = args.number(flag.flag, 0, i);
-            if (cell.attr.unit == graph::UnitKind::Angle) throw mel::Error("Angles are set on the creator node.");
+            if (cell.attr.unit == graph::UnitKind::Angle)
+                throw mel::Error("Angles are set on the creator node.");
             require(graph::storeNumber(cell, value));
         }
     }

@@ -34,6 +34,15 @@ std::string transformNameFor(std::string_view shapeName) {
     return std::string(shapeName.substr(0, at)) + std::string(shapeName.substr(at + 5));
 }
 
+} // namespace
+
+std::string shapeNameFor(std::string_view transformName) {
+    std::string name(transformName);
+    return name.insert(name.find_last_not_of("0123456789") + 1, "Shape");
+}
+
+namespace {
+
 DagNode& makeTransform(CommandContext& context, std::string_view name, DagNode* parent = nullptr) {
     const graph::NodeType* type = context.scene.types().find("transform");
     if (!type) throw mel::Error("There is no node type 'transform'.");
@@ -143,8 +152,10 @@ mel::Value rename(CommandContext& context, const Args& args) {
     // A shape that is named after its transform goes on being so.
     if (node->type().isDag && !node->type().isShape && !args.isOn("ignoreShape")) {
         for (DagNode* child : static_cast<DagNode*>(node)->children()) {
-            if (!child->type().isShape || child->name().rfind(oldName + "Shape", 0) != 0) continue;
-            require(context.scene.rename(*child, node->name() + child->name().substr(oldName.size())));
+            const bool isNamedAfter =
+                child->name() == oldName + "Shape" || child->name() == shapeNameFor(oldName);
+            if (!child->type().isShape || !isNamedAfter) continue;
+            require(context.scene.rename(*child, shapeNameFor(node->name())));
         }
     }
     return mel::Value(node->uniqueName());

@@ -13,6 +13,8 @@ void addListCommands(mel::CommandTable& table, CommandContext& context);
 /// Throws `mel::Error` for types that don't exist or can't be made.
 graph::Node& makeNode(CommandContext& context, std::string_view typeName, std::string_view name = {},
                       graph::DagNode* parent = nullptr);
+/// "pCube1" has the shape "pCubeShape1".
+std::string shapeNameFor(std::string_view transformName);
 /// Selects one node in the place of what was selected.
 void selectOnly(CommandContext& context, graph::Node& node);
 

@@ -15,16 +15,18 @@ mel::Value curve(CommandContext& context, const Args& args) {
     std::vector<MPoint> cvs;
     const bool isRational = args.has("pointWeight");
     for (const auto& use : args.uses(isRational ? "pointWeight" : "point")) {
-        cvs.emplace_back(use[0].asFloat(), use[1].asFloat(), use[2].asFloat(), isRational ? use[3].asFloat() : 1.0);
+        cvs.emplace_back(use[0].asFloat(), use[1].asFloat(), use[2].asFloat(),
+                         isRational ? use[3].asFloat() : 1.0);
     }
     std::vector<double> knots;
-    for (const auto& use : args.uses("knot")) knots.push_back(use[0].asFloat());
+    for (const auto& use : args.uses("knot"))
+        knots.push_back(use[0].asFloat());
     geom::NurbsBasis basis;
     if (knots.empty()) {
         const int spans = static_cast<int>(cvs.size()) - degree;
         if (degree < 1 || degree > geom::maxNurbsDegree || spans < 1) {
-            throw mel::Error("curve: degree " + std::to_string(degree) + " does not fit " + std::to_string(cvs.size()) +
-                             " points.");
+            throw mel::Error("curve: degree " + std::to_string(degree) + " does not fit " +
+                             std::to_string(cvs.size()) + " points.");
         }
         basis = geom::NurbsBasis::clamped(degree, spans);
     } else {
@@ -34,10 +36,9 @@ mel::Value curve(CommandContext& context, const Args& args) {
     }
     auto made = geom::NurbsCurve::create(std::move(basis), std::move(cvs), isRational);
     if (!made) throw mel::Error("curve: " + made.error());
-    auto& transform = static_cast<graph::DagNode&>(makeNode(context, "transform", args.text("name", "curve#")));
-    std::string shapeName = transform.name();
-    shapeName.insert(shapeName.find_last_not_of("0123456789") + 1, "Shape");
-    auto& shape = makeNode(context, "nurbsCurve", shapeName, &transform);
+    auto& transform =
+        static_cast<graph::DagNode&>(makeNode(context, "transform", args.text("name", "curve#")));
+    auto& shape = makeNode(context, "nurbsCurve", shapeNameFor(transform.name()), &transform);
     require(static_cast<nodes::GeometryShapeNode&>(shape).setOwn(makeRef<NurbsCurveData>(std::move(*made))));
     selectOnly(context, transform);
     return mel::Value(transform.uniqueName());
@@ -49,21 +50,23 @@ const std::vector<CreatorFlag> kCommon = {{"center", {"centerX", "centerY", "cen
                                           {"sections", {"sections"}},
                                           {"spans", {"spans"}}};
 
-CreatorSpec nurbs(std::string_view creator, std::string_view output, std::string_view shape, std::string_view transform,
-                  std::vector<CreatorFlag> more) {
+CreatorSpec nurbs(std::string_view creator, std::string_view output, std::string_view shape,
+                  std::string_view transform, std::vector<CreatorFlag> more) {
     more.insert(more.end(), kCommon.begin(), kCommon.begin() + 1);
     return {creator, output, shape, "create", transform, std::move(more)};
 }
 
 mel::Value circle(CommandContext& context, const Args& args) {
-    static const CreatorSpec spec = nurbs("makeNurbCircle", "outputCurve", "nurbsCurve", "nurbsCircle#",
-                                          {kCommon[1], kCommon[2], kCommon[3], {"normal", {"normalX", "normalY", "normalZ"}}});
+    static const CreatorSpec spec =
+        nurbs("makeNurbCircle", "outputCurve", "nurbsCurve", "nurbsCircle#",
+              {kCommon[1], kCommon[2], kCommon[3], {"normal", {"normalX", "normalY", "normalZ"}}});
     return createGeometry(context, args, spec);
 }
 
 mel::Value sphere(CommandContext& context, const Args& args) {
-    static const CreatorSpec spec = nurbs("makeNurbSphere", "outputSurface", "nurbsSurface", "nurbsSphere#",
-                                          {kCommon[1], kCommon[2], kCommon[3], kCommon[4], {"axis", {"axisX", "axisY", "axisZ"}}});
+    static const CreatorSpec spec =
+        nurbs("makeNurbSphere", "outputSurface", "nurbsSurface", "nurbsSphere#",
+              {kCommon[1], kCommon[2], kCommon[3], kCommon[4], {"axis", {"axisX", "axisY", "axisZ"}}});
     return createGeometry(context, args, spec);
 }
 
@@ -91,15 +94,18 @@ const CommandSpec kCommands[] = {
      "",
      {kDegree,
       {"-point", "-p", kThree, kAllModes, true},
-      {"-pointWeight", "-pw", {ArgKind::Float, ArgKind::Float, ArgKind::Float, ArgKind::Float}, kAllModes, true},
+      {"-pointWeight",
+       "-pw",
+       {ArgKind::Float, ArgKind::Float, ArgKind::Float, ArgKind::Float},
+       kAllModes,
+       true},
       {"-knot", "-k", {ArgKind::Float}, kAllModes, true},
       {"-periodic", "-per", {ArgKind::Bool}},
       {"-name", "-n", {ArgKind::Text}}},
      curve},
     {"circle", "", creationFlags({kCenter, kRadius, kDegree, kSections, {"-normal", "-nr", kThree}}), circle},
     {"sphere", "", creationFlags({kCenter, kRadius, kDegree, kSections, kSpans, kAxis}), sphere},
-    {"nurbsPlane",
-     "",
+    {"nurbsPlane", "",
      creationFlags({kCenter,
                     kDegree,
                     {"-width", "-w", {ArgKind::Float}},
@@ -112,6 +118,8 @@ const CommandSpec kCommands[] = {
 
 } // namespace
 
-void addNurbsCommands(mel::CommandTable& table, CommandContext& context) { addCommands(table, context, kCommands); }
+void addNurbsCommands(mel::CommandTable& table, CommandContext& context) {
+    addCommands(table, context, kCommands);
+}
 
 } // namespace vesk::commands

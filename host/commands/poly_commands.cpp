@@ -73,11 +73,13 @@ mel::Value polyTorus(CommandContext& context, const Args& args) {
     return createGeometry(context, args, spec);
 }
 
-// --- colours and counts ----------------------------------------------------------------------------------------------
+// --- colours and counts
+// ----------------------------------------------------------------------------------------------
 
 /// The mesh shape that an item names, itself or through its transform.
 MeshNode& meshOf(const graph::SelectionItem& item) {
-    graph::DagNode* shape = item.node->type().isDag ? shapeOf(static_cast<graph::DagNode&>(*item.node)) : nullptr;
+    graph::DagNode* shape =
+        item.node->type().isDag ? shapeOf(static_cast<graph::DagNode&>(*item.node)) : nullptr;
     auto* mesh = dynamic_cast<MeshNode*>(shape);
     if (!mesh) throw mel::Error("'" + item.node->uniqueName() + "' is no polygon mesh.");
     return *mesh;
@@ -108,14 +110,16 @@ std::vector<int> verticesOf(const geom::Mesh& mesh, const Component* component) 
     std::vector<int> vertices;
     const auto* single = dynamic_cast<const SingleComponent*>(component);
     if (!component || component->isUnsized()) {
-        for (int i = 0; i < mesh.vertexCount(); ++i) vertices.push_back(i);
+        for (int i = 0; i < mesh.vertexCount(); ++i)
+            vertices.push_back(i);
         return vertices;
     }
     for (std::size_t i = 0; single && i < single->count(); ++i) {
         const int id = single->at(i)[0];
         if (single->apiType() == MFn::kMeshPolygonComponent) {
             if (!mesh.topology().hasFace(id)) continue;
-            for (const int vertex : mesh.topology().verticesOfFace(id)) vertices.push_back(vertex);
+            for (const int vertex : mesh.topology().verticesOfFace(id))
+                vertices.push_back(vertex);
         } else if (single->apiType() == MFn::kMeshVertComponent && mesh.topology().hasVertex(id)) {
             vertices.push_back(id);
         }
@@ -166,7 +170,8 @@ mel::Value polyEvaluate(CommandContext& context, const Args& args) {
     const int set = mesh.findUvSet({});
     const int uvs = set < 0 ? 0 : mesh.uvSet(set).uvCount();
     if (args.has("uvcoord")) return mel::Value(uvs);
-    return mel::Value(mel::IntArray{mesh.vertexCount(), mesh.edgeCount(), mesh.faceCount(), mesh.triangleCount(), uvs});
+    return mel::Value(
+        mel::IntArray{mesh.vertexCount(), mesh.edgeCount(), mesh.faceCount(), mesh.triangleCount(), uvs});
 }
 
 const FlagSpec kSubdivisionsX{"-subdivisionsX", "-sx", {ArgKind::Int}};
@@ -179,14 +184,18 @@ const FlagSpec kWidth{"-width", "-w", {ArgKind::Float}};
 const FlagSpec kDepth{"-depth", "-d", {ArgKind::Float}};
 
 const CommandSpec kCommands[] = {
-    {"polyCube", "", creationFlags({kWidth, kHeight, kDepth, kSubdivisionsX, kSubdivisionsY, kSubdivisionsZ, kAxis}), polyCube},
+    {"polyCube", "",
+     creationFlags({kWidth, kHeight, kDepth, kSubdivisionsX, kSubdivisionsY, kSubdivisionsZ, kAxis}),
+     polyCube},
     {"polySphere", "", creationFlags({kRadius, kSubdivisionsX, kSubdivisionsY, kAxis}), polySphere},
     {"polyPlane", "", creationFlags({kWidth, kHeight, kSubdivisionsX, kSubdivisionsY, kAxis}), polyPlane},
-    {"polyCylinder", "", creationFlags({kRadius, kHeight, kSubdivisionsX, kSubdivisionsY, kSubdivisionsZ, kAxis}), polyCylinder},
-    {"polyCone", "", creationFlags({kRadius, kHeight, kSubdivisionsX, kSubdivisionsY, kSubdivisionsZ, kAxis}), polyCone},
-    {"polyTorus",
-     "",
-     creationFlags({kRadius, {"-sectionRadius", "-sr", {ArgKind::Float}}, kSubdivisionsX, kSubdivisionsY, kAxis}),
+    {"polyCylinder", "",
+     creationFlags({kRadius, kHeight, kSubdivisionsX, kSubdivisionsY, kSubdivisionsZ, kAxis}), polyCylinder},
+    {"polyCone", "", creationFlags({kRadius, kHeight, kSubdivisionsX, kSubdivisionsY, kSubdivisionsZ, kAxis}),
+     polyCone},
+    {"polyTorus", "",
+     creationFlags(
+         {kRadius, {"-sectionRadius", "-sr", {ArgKind::Float}}, kSubdivisionsX, kSubdivisionsY, kAxis}),
      polyTorus},
     {"polyColorPerVertex",
      "[component...]",
@@ -206,6 +215,8 @@ const CommandSpec kCommands[] = {
 
 } // namespace
 
-void addPolyCommands(mel::CommandTable& table, CommandContext& context) { addCommands(table, context, kCommands); }
+void addPolyCommands(mel::CommandTable& table, CommandContext& context) {
+    addCommands(table, context, kCommands);
+}
 
 } // namespace vesk::commands
