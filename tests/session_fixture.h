@@ -1,46 +1,23 @@
 #pragma once
-// The fixture of all tests that drive a whole session as a user would.
+// The fixture of tests that drive a session with the plug-in loaded, as a user would.
 
-#include "host/core/log.h"
-#include "host/session/session.h"
+#include "host/session/session_fixture.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace vesk::tests {
 
-/// A fresh session with the plug-in loaded and a clean log. A test fails on any warning or error that it did
-/// not take.
-class SessionTest : public ::testing::Test {
+class PluginTest : public SessionTest {
   protected:
     void SetUp() override {
-        log().keepEntries(true);
-        session = std::make_unique<Session>();
+        SessionTest::SetUp();
         const Outcome outcome = session->plugins().load(std::string(VESK_BINARY_DIR) + "/plug-ins/Vesk.so");
         ASSERT_TRUE(outcome) << outcome.error;
-        (void)log().take();
-    }
-    void TearDown() override {
-        for (const auto& text : problems())
-            ADD_FAILURE() << "unannounced: " << text;
-        session.reset();
-        log().keepEntries(false);
+        (void)complaints(); // of what loading has to say there are tests of their own
     }
 
-    /// Warnings and errors since the last call.
-    std::vector<std::string> problems() {
-        std::vector<std::string> texts;
-        for (auto& entry : log().take()) {
-            if (entry.level == LogLevel::Warning || entry.level == LogLevel::Error)
-                texts.push_back(std::move(entry.text));
-        }
-        return texts;
-    }
-    using Texts = std::vector<std::string>;
-
+    /// Runs a text that must not fail.
     mel::Value run(const std::string& text) {
         const auto result = session->run(text);
         EXPECT_TRUE(result.ok) << text << "\n  " << result.error;
@@ -55,8 +32,6 @@ class SessionTest : public ::testing::Test {
         for (std::size_t i = 0; i < actual.size(); ++i)
             EXPECT_NEAR(actual[i], expected[i], tolerance) << "at " << i;
     }
-
-    std::unique_ptr<Session> session;
 };
 
 } // namespace vesk::tests

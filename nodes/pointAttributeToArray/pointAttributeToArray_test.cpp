@@ -8,7 +8,7 @@ namespace {
 
 constexpr double kDegrees = 57.29582; // the node's own factor
 
-class PointAttributeToArray : public tests::SessionTest {
+class PointAttributeToArray : public tests::PluginTest {
   protected:
     /// The node `p`, fed by a plug, with these switches on.
     void feed(const std::string& plug, const std::vector<std::string>& switches) {
@@ -86,7 +86,7 @@ TEST_F(PointAttributeToArray, UvsOfACube) {
     EXPECT_EQ(floats("p.outSharedMapPP").size(), 16U);
     run("setAttr -type \"string\" p.uvSet \"nope\"");
     expectEmpty({"outMapCountPP", "outMapIdPP", "outMapPP", "outSharedMapPP"});
-    EXPECT_EQ(problems(), Texts{"p: Cannot find uvSet named \"nope\"."});
+    EXPECT_EQ(complaints(), Texts{"warning: p: Cannot find uvSet named \"nope\"."});
 }
 
 TEST_F(PointAttributeToArray, ColoursAndTheColourless) {
@@ -121,8 +121,9 @@ TEST_F(PointAttributeToArray, SelectionsPruneOrLeavePlaceholders) {
     expectEmpty({"outPositionPP", "outNormalPP"});
     run("setAttr p.useComponents 2");
     EXPECT_EQ(ints("p.outIdPP").size(), 4U) << "object groups are not taken: every point is in";
-    EXPECT_EQ(problems(),
-              Texts{"p: Object groups are not supported for vector arrays. Use components list instead."});
+    EXPECT_EQ(
+        complaints(),
+        Texts{"warning: p: Object groups are not supported for vector arrays. Use components list instead."});
 }
 
 TEST_F(PointAttributeToArray, ParticlesYieldPositionsAlone) {
@@ -136,8 +137,9 @@ TEST_F(PointAttributeToArray, ParticlesYieldPositionsAlone) {
     expectNear(floats("p.outPositionPP"), {4, 5, 6, 7, 8, 9});
     run("setAttr p.useComponents 2");
     expectEmpty({"outPositionPP"});
-    EXPECT_EQ(problems(),
-              Texts{"p: Object groups are not supported for particles. Use components list instead."});
+    EXPECT_EQ(
+        complaints(),
+        Texts{"warning: p: Object groups are not supported for particles. Use components list instead."});
 }
 
 TEST_F(PointAttributeToArray, CurvesPairTheirIdsAndReadTheRibbon) {
@@ -163,9 +165,10 @@ TEST_F(PointAttributeToArray, SurfacesHavePairsOfIdsAndPeriodicOnesAreRefused) {
     EXPECT_EQ(ints("p.outIdPP"), (std::vector<int>{1, 0, 1, 1}));
     run("sphere; connectAttr -f nurbsSphereShape1.worldSpace[0] p.inGeometry;");
     expectEmpty({"outIdPP", "outPositionPP"});
-    EXPECT_EQ(problems(),
-              Texts{"p: The geometry at the input is a periodic nurbs surface. Rebuild using the \"End "
-                    "Conditions\" / \"Multiple Knots\" options."});
+    EXPECT_EQ(
+        complaints(),
+        Texts{"warning: p: The geometry at the input is a periodic nurbs surface. Rebuild using the \"End "
+              "Conditions\" / \"Multiple Knots\" options."});
 }
 
 TEST_F(PointAttributeToArray, StateGuardAndDisconnection) {
@@ -180,7 +183,7 @@ TEST_F(PointAttributeToArray, StateGuardAndDisconnection) {
     EXPECT_FALSE(refused.ok);
     EXPECT_NE(refused.error.find("p.inGeometry"), std::string::npos);
     EXPECT_FALSE(session->run("setAttr p.outPositionPP -type \"vectorArray\" 0").ok);
-    EXPECT_EQ(problems().size(), 2U);
+    EXPECT_EQ(complaints().size(), 2U);
 }
 
 // --- the kernel on its own
