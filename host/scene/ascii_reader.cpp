@@ -29,9 +29,11 @@ bool isText(std::string_view text) {
 
 /// Whether a statement begins with a word of the language, not with a command.
 bool beginsScript(std::string_view statement) {
-    static constexpr std::string_view kWords[] = {"global", "proc", "if", "for", "while", "do", "switch", "else"};
+    static constexpr std::string_view kWords[] = {"global", "proc", "if",     "for",
+                                                  "while",  "do",   "switch", "else"};
     std::size_t length = 0;
-    while (length < statement.size() && isNameLetter(statement[length])) ++length;
+    while (length < statement.size() && isNameLetter(statement[length]))
+        ++length;
     const auto word = statement.substr(0, length);
     return word.empty() || std::find(std::begin(kWords), std::end(kWords), word) != std::end(kWords);
 }
@@ -53,7 +55,8 @@ class Reader {
                 return Outcome::fail(place(line) + "the file ends inside the statement that begins here.");
             }
             if (end == End::Block) {
-                // Scripts are no part of the format, but some files hold them: the interpreter takes it from here.
+                // Scripts are no part of the format, but some files hold them: the interpreter takes it from
+                // here.
                 script(text_.substr(start), line);
                 break;
             }
@@ -66,7 +69,8 @@ class Reader {
         }
         if (isCutOff_) return Outcome::fail(place(line_) + "the file ends inside a comment.");
         if (errors_ > 0) {
-            return Outcome::fail("'" + file_ + "': " + std::to_string(errors_) + " statement(s) could not be read.");
+            return Outcome::fail("'" + file_ + "': " + std::to_string(errors_) +
+                                 " statement(s) could not be read.");
         }
         return {};
     }
@@ -90,12 +94,14 @@ class Reader {
             if (isBlank(text_[at_]) || text_[at_] == ';') {
                 step();
             } else if (text_.compare(at_, 2, "//") == 0) {
-                while (at_ < text_.size() && text_[at_] != '\n') ++at_;
+                while (at_ < text_.size() && text_[at_] != '\n')
+                    ++at_;
             } else if (text_.compare(at_, 2, "/*") == 0) {
                 const auto close = text_.find("*/", at_ + 2);
                 const auto to = close == std::string_view::npos ? text_.size() : close + 2;
                 isCutOff_ = close == std::string_view::npos;
-                while (at_ < to) step();
+                while (at_ < to)
+                    step();
             } else {
                 return true;
             }
@@ -115,7 +121,8 @@ class Reader {
             if (c == '"') {
                 if (!skipQuoted()) return End::Missing;
             } else if (text_.compare(at_, 2, "//") == 0) {
-                while (at_ < text_.size() && text_[at_] != '\n') ++at_;
+                while (at_ < text_.size() && text_[at_] != '\n')
+                    ++at_;
             } else {
                 step();
             }
@@ -138,7 +145,8 @@ class Reader {
 
     void statement(std::string_view text, int line) {
         std::size_t nameEnd = 0;
-        while (nameEnd < text.size() && isNameLetter(text[nameEnd])) ++nameEnd;
+        while (nameEnd < text.size() && isNameLetter(text[nameEnd]))
+            ++nameEnd;
         const std::string_view name = text.substr(0, nameEnd);
         const std::string_view rest = text.substr(nameEnd);
         if (name == "setAttr" && (rest.empty() || isBlank(rest.front()))) {
@@ -181,7 +189,8 @@ class Reader {
             (void)context_.mel.evaluate(whole, file_, line);
         } catch (const mel::Error& error) {
             ++errors_;
-            if (!error.isReported()) log().error(error.isPlaced() ? error.describe() : place(line) + error.message());
+            if (!error.isReported())
+                log().error(error.isPlaced() ? error.describe() : place(line) + error.message());
         }
     }
 

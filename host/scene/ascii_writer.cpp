@@ -27,8 +27,9 @@ constexpr std::size_t kElementsPerStatement = 500;
 /// Storage attributes of a mesh: written from the mesh itself, not from their cells.
 bool isMeshStorage(const Node& node, const Attribute& attribute) {
     if (!node.type().isA("mesh")) return false;
-    static const std::set<std::string> kNames = {"vrts",   "edge",     "face",         "normals",        "uvSet",
-                                                 "colorSet", "currentUVSet", "currentColorSet", "cachedInMesh"};
+    static const std::set<std::string> kNames = {"vrts",        "edge",     "face",         "normals",
+                                                 "uvSet",       "colorSet", "currentUVSet", "currentColorSet",
+                                                 "cachedInMesh"};
     return kNames.contains(attribute.longName);
 }
 
@@ -43,7 +44,8 @@ class Writer {
             create(*node);
             attributes(*node);
         }
-        for (Node* node : inOrder()) moreInstances(*node);
+        for (Node* node : inOrder())
+            moreInstances(*node);
         for (Node* node : scene_.nodes()) {
             if (node->isDefault) defaultNode(*node);
         }
@@ -106,7 +108,8 @@ class Writer {
         if (node.isDefault) file_.write(" -s");
         if (node.type().isDag) {
             const DagNode* parent = static_cast<DagNode&>(node).parents().front();
-            if (!parent->isWorld() && isChosen(*parent)) file_.write(" -p " + quotedText(parent->uniqueName()));
+            if (!parent->isWorld() && isChosen(*parent))
+                file_.write(" -p " + quotedText(parent->uniqueName()));
         }
         file_.write(";\n");
     }
@@ -122,7 +125,8 @@ class Writer {
         }
     }
 
-    // --- attributes --------------------------------------------------------------------------------------------------
+    // --- attributes
+    // --------------------------------------------------------------------------------------------------
 
     void attributes(Node& node) {
         for (const auto& attribute : node.dynamicAttributes()) {
@@ -160,7 +164,8 @@ class Writer {
         if (!attribute.storable) file_.write(" -s false");
         if (!attribute.readable) file_.write(" -r false");
         if (!attribute.writable) file_.write(" -w false");
-        file_.write(" -ci true -sn " + quotedText(attribute.shortName) + " -ln " + quotedText(attribute.longName));
+        file_.write(" -ci true -sn " + quotedText(attribute.shortName) + " -ln " +
+                    quotedText(attribute.longName));
         limits(attribute);
         if (attribute.kind == AttrKind::Enum) {
             std::string fields;
@@ -179,7 +184,8 @@ class Writer {
             file_.write(" -at " + quotedText(attribute.typeName()));
         }
         file_.write(";\n");
-        for (const auto& child : attribute.children) declare(*child);
+        for (const auto& child : attribute.children)
+            declare(*child);
     }
 
     void limits(const Attribute& attribute) {
@@ -225,7 +231,8 @@ class Writer {
         if (cell.node.isComputed(cell.attr) && !cell.attr.writable) return;
         if (cell.isArray()) {
             if (cell.attr.packed) return packed(cell);
-            for (auto& element : cell.children) values(*element);
+            for (auto& element : cell.children)
+                values(*element);
             return;
         }
         const bool isTuple = cell.attr.kind == AttrKind::Numeric && cell.isCompound();
@@ -287,7 +294,8 @@ class Writer {
 
     void leaf(Cell& cell) {
         const bool hasOwn = hasValue(cell);
-        const bool isBool = cell.attr.kind == AttrKind::Numeric && cell.attr.numericType == MFnNumericData::kBoolean;
+        const bool isBool =
+            cell.attr.kind == AttrKind::Numeric && cell.attr.numericType == MFnNumericData::kBoolean;
         if (!hasOwn && !hasFlags(cell)) return;
         statementStart(cell);
         if (hasOwn && isBool) {
@@ -302,10 +310,12 @@ class Writer {
         file_.write(";\n");
     }
 
-    // --- packed multis and meshes ------------------------------------------------------------------------------------
+    // --- packed multis and meshes
+    // ------------------------------------------------------------------------------------
 
     template <class T>
-    void elements(const std::string& name, const std::vector<T>& values, std::size_t stride, const std::string& type = {}) {
+    void elements(const std::string& name, const std::vector<T>& values, std::size_t stride,
+                  const std::string& type = {}) {
         const std::size_t count = values.size() / stride;
         if (count == 0) return;
         file_.write("\tsetAttr -s " + std::to_string(count) + " " + quotedText(name) + ";\n");
@@ -313,7 +323,8 @@ class Writer {
             const std::size_t last = std::min(first + kElementsPerStatement, count) - 1;
             std::string range = std::to_string(first);
             if (last > first) range += ':' + std::to_string(last);
-            file_.write("\tsetAttr " + quotedText(name + "[" + range + "]") + (type.empty() ? "" : " -type " + quotedText(type)));
+            file_.write("\tsetAttr " + quotedText(name + "[" + range + "]") +
+                        (type.empty() ? "" : " -type " + quotedText(type)));
             writeNumbers(file_, values.data() + first * stride, (last - first + 1) * stride, 4 * stride);
             file_.write(";\n");
         }
@@ -336,13 +347,15 @@ class Writer {
         if (arrays.isEmpty()) return;
         for (const auto& set : arrays.uvSets) {
             const std::string name = ".uvst[" + std::to_string(set.index) + "]";
-            file_.write("\tsetAttr " + quotedText(name + ".uvsn") + " -type \"string\" " + quotedText(set.name) + ";\n");
+            file_.write("\tsetAttr " + quotedText(name + ".uvsn") + " -type \"string\" " +
+                        quotedText(set.name) + ";\n");
             elements(name + ".uvsp", set.uvs, 2, "float2");
         }
         text(".cuvs", arrays.currentUvSet);
         for (const auto& set : arrays.colorSets) {
             const std::string name = ".clst[" + std::to_string(set.index) + "]";
-            file_.write("\tsetAttr " + quotedText(name + ".clsn") + " -type \"string\" " + quotedText(set.name) + ";\n");
+            file_.write("\tsetAttr " + quotedText(name + ".clsn") + " -type \"string\" " +
+                        quotedText(set.name) + ";\n");
             elements(name + ".clsp", set.colors, 4);
         }
         text(".ccls", arrays.currentColorSet);
@@ -353,7 +366,8 @@ class Writer {
     }
 
     void text(const char* name, const std::string& value) {
-        if (!value.empty()) file_.write("\tsetAttr " + quotedText(name) + " -type \"string\" " + quotedText(value) + ";\n");
+        if (!value.empty())
+            file_.write("\tsetAttr " + quotedText(name) + " -type \"string\" " + quotedText(value) + ";\n");
     }
 
     void faces(const nodes::MeshFileArrays& arrays) {
@@ -366,7 +380,8 @@ class Writer {
             const int code = codes[at];
             if (code == PolyFacesData::Face && face++ % kElementsPerStatement == 0) {
                 const std::size_t first = face - 1;
-                const std::size_t last = std::min(first + kElementsPerStatement, static_cast<std::size_t>(arrays.faceCount)) - 1;
+                const std::size_t last =
+                    std::min(first + kElementsPerStatement, static_cast<std::size_t>(arrays.faceCount)) - 1;
                 if (first > 0) file_.write(";\n");
                 std::string range = std::to_string(first);
                 if (last > first) range += ':' + std::to_string(last);
@@ -390,12 +405,14 @@ class Writer {
         file_.write(";\n");
     }
 
-    // --- the session's own nodes, and wires --------------------------------------------------------------------------
+    // --- the session's own nodes, and wires
+    // --------------------------------------------------------------------------
 
     void defaultNode(Node& node) {
         if (node.type().isDag || !isChosen(node)) return;
         bool differs = false;
-        for (const auto& attribute : node.dynamicAttributes()) differs = differs || !attribute->guessed;
+        for (const auto& attribute : node.dynamicAttributes())
+            differs = differs || !attribute->guessed;
         node.eachCell([&](Cell& cell) {
             if (!cell.attr.storable) return;
             differs = differs || hasFlags(cell) || (cell.isLeaf() && hasValue(cell));
@@ -420,8 +437,8 @@ class Writer {
             const bool next = cell.isElement() && !cell.attr.indexMatters && cell.attr.connectable;
             std::string to = plugName(cell);
             if (next) to.resize(to.rfind('['));
-            file_.write("connectAttr " + quotedText(plugName(*cell.source)) + " " + quotedText(to) + (next ? " -na" : "") +
-                        (cell.locked ? " -l on" : "") + ";\n");
+            file_.write("connectAttr " + quotedText(plugName(*cell.source)) + " " + quotedText(to) +
+                        (next ? " -na" : "") + (cell.locked ? " -l on" : "") + ";\n");
         });
     }
 

@@ -32,30 +32,35 @@ struct Pulled {
 Outcome pull(graph::Scene& scene, const std::string& plugName, Pulled& pulled) {
     const auto range = graph::findPlug(scene, plugName);
     if (!range.error.empty()) return Outcome::fail(range.error);
-    if (range.first >= 0 || !range.childPath.empty()) return Outcome::fail("'" + plugName + "': name one plug, not a range");
+    if (range.first >= 0 || !range.childPath.empty())
+        return Outcome::fail("'" + plugName + "': name one plug, not a range");
     if (!range.plug.attr->readable) return Outcome::fail("'" + plugName + "' is not readable");
     pulled.plugName = plugName;
     pulled.cell = range.plug.cell();
     if (!pulled.cell) return Outcome::fail("'" + plugName + "': an index is missing");
     graph::clean(*pulled.cell);
     pulled.data = pulled.cell->data;
-    if (auto* geometry = dynamic_cast<GeometryData*>(pulled.data.get())) pulled.data = geometry->transformed();
+    if (auto* geometry = dynamic_cast<GeometryData*>(pulled.data.get()))
+        pulled.data = geometry->transformed();
     return {};
 }
 
-// --- geometry --------------------------------------------------------------------------------------------------------
+// --- geometry
+// --------------------------------------------------------------------------------------------------------
 
 Outcome writeMesh(const fs::path& file, const Pulled& pulled) {
     const auto* mesh = dynamic_cast<const MeshData*>(pulled.data.get());
     if (!mesh) return Outcome::fail("'" + pulled.plugName + "' carries no mesh");
-    return file.extension() == ".obj" ? formats::writeObj(file, mesh->geometry()) : formats::writePly(file, mesh->geometry());
+    return file.extension() == ".obj" ? formats::writeObj(file, mesh->geometry())
+                                      : formats::writePly(file, mesh->geometry());
 }
 
 /// A scene of its own with one shape (or, for arrays, one node) that holds the data.
 Outcome writeScene(graph::Scene& scene, const fs::path& file, const Pulled& pulled) {
     graph::Scene alone(scene.types());
     std::vector<graph::Node*> nodes;
-    const auto make = [&](const char* typeName, const std::string& name, graph::DagNode* parent) -> Ref<graph::Node> {
+    const auto make = [&](const char* typeName, const std::string& name,
+                          graph::DagNode* parent) -> Ref<graph::Node> {
         const graph::NodeType* type = scene.types().find(typeName);
         Ref<graph::Node> node = type ? alone.create(*type, name, parent) : nullptr;
         if (node) nodes.push_back(node.get());
@@ -69,15 +74,18 @@ Outcome writeScene(graph::Scene& scene, const fs::path& file, const Pulled& pull
     if (shapeType) {
         const auto transform = make("transform", name, nullptr);
         if (!transform) return Outcome::fail("there is no node type 'transform'");
-        const auto shape = make(shapeType, transform->name() + "Shape", static_cast<graph::DagNode*>(transform.get()));
+        const auto shape =
+            make(shapeType, transform->name() + "Shape", static_cast<graph::DagNode*>(transform.get()));
         const auto own = pulled.data->clone();
         auto* node = dynamic_cast<nodes::GeometryShapeNode*>(shape.get());
         if (!node) return Outcome::fail("there is no node type '" + std::string(shapeType) + "'");
-        if (auto outcome = node->setOwn(Ref<GeometryData>(static_cast<GeometryData*>(own.get()))); !outcome) return outcome;
+        if (auto outcome = node->setOwn(Ref<GeometryData>(static_cast<GeometryData*>(own.get()))); !outcome)
+            return outcome;
     } else if (pulled.data) {
         const auto node = make("network", name, nullptr);
         if (!node) return Outcome::fail("there is no node type 'network'");
-        const auto attribute = graph::typed(pulled.cell->attr.longName, pulled.cell->attr.shortName, pulled.data->dataType());
+        const auto attribute =
+            graph::typed(pulled.cell->attr.longName, pulled.cell->attr.shortName, pulled.data->dataType());
         if (auto outcome = node->addDynamicAttribute(attribute); !outcome) return outcome;
         if (auto outcome = graph::storeData(node->cell(*attribute), pulled.data); !outcome) return outcome;
     } else {
@@ -86,7 +94,8 @@ Outcome writeScene(graph::Scene& scene, const fs::path& file, const Pulled& pull
     return writeAscii(alone, nodes, file);
 }
 
-// --- arrays ----------------------------------------------------------------------------------------------------------
+// --- arrays
+// ----------------------------------------------------------------------------------------------------------
 
 /// A column, and the values that it shows where they had to be laid out anew.
 struct Column {
@@ -122,14 +131,16 @@ Outcome makeColumn(const Pulled& pulled, Column& made) {
         column.values = flat(points->values.read());
         column.components = 4;
     } else if (const auto* texts = dynamic_cast<const StringArrayData*>(data)) {
-        for (const MString& text : texts->values.read()) made.texts.emplace_back(text.asChar());
+        for (const MString& text : texts->values.read())
+            made.texts.emplace_back(text.asChar());
         column.values = std::span<const std::string>(made.texts);
     } else if (const auto* matrix = dynamic_cast<const MatrixData*>(data)) {
         column.values = std::span<const double>(&matrix->matrix().matrix[0][0], 16);
         column.components = 16;
     } else if (const auto* mesh = dynamic_cast<const MeshData*>(data)) {
         const auto& vertices = mesh->geometry().points();
-        column.values = std::span<const float>(reinterpret_cast<const float*>(vertices.data()), 3 * vertices.size());
+        column.values =
+            std::span<const float>(reinterpret_cast<const float*>(vertices.data()), 3 * vertices.size());
         column.components = 3;
     } else if (const auto* curve = dynamic_cast<const NurbsCurveData*>(data)) {
         column.values = flat(curve->geometry().cvs());
@@ -200,8 +211,8 @@ Outcome exportPlug(graph::Scene& scene, const fs::path& file, std::string_view p
         return failed(Outcome::fail("only .csv and .json files hold several plugs"));
     }
     const Outcome outcome = extension == ".obj" || extension == ".ply" ? writeMesh(file, pulled.front())
-                            : extension == ".ma"                      ? writeScene(scene, file, pulled.front())
-                                                                      : writeArrays(file, pulled);
+                            : extension == ".ma" ? writeScene(scene, file, pulled.front())
+                                                 : writeArrays(file, pulled);
     return outcome ? outcome : failed(outcome);
 }
 

@@ -44,7 +44,8 @@ Outcome importGeometry(commands::CommandContext& context, const fs::path& file) 
         const std::string name = file.stem().string();
         auto& transform = static_cast<graph::DagNode&>(commands::makeNode(context, "transform", name));
         auto& shape = commands::makeNode(context, "mesh", transform.name() + "Shape", &transform);
-        if (auto outcome = static_cast<nodes::MeshNode&>(shape).setMesh(std::move(*mesh)); !outcome) return outcome;
+        if (auto outcome = static_cast<nodes::MeshNode&>(shape).setMesh(std::move(*mesh)); !outcome)
+            return outcome;
         commands::selectOnly(context, transform);
     } catch (const mel::Error& error) {
         return Outcome::fail("'" + file.string() + "': " + error.message());
@@ -60,10 +61,12 @@ Outcome exportSelected(commands::CommandContext& context, const fs::path& file) 
     std::set<graph::Node*> chosen;
     for (const auto& item : context.scene.selection.items()) {
         chosen.insert(item.node.get());
-        for (const auto& above : item.path.nodes) chosen.insert(above.get());
+        for (const auto& above : item.path.nodes)
+            chosen.insert(above.get());
         const auto below = [&](const auto& self, graph::DagNode& node) -> void {
             chosen.insert(&node);
-            for (graph::DagNode* child : node.children()) self(self, *child);
+            for (graph::DagNode* child : node.children())
+                self(self, *child);
         };
         if (item.node->type().isDag) below(below, static_cast<graph::DagNode&>(*item.node));
     }

@@ -29,7 +29,8 @@ bool parseWhole(std::string_view word, T& to) {
     if (first != last && *first == '+') ++first;
     if constexpr (std::is_same_v<T, int>) {
         int value = 0;
-        if (const auto [end, failure] = std::from_chars(first, last, value); failure == std::errc() && end == last) {
+        if (const auto [end, failure] = std::from_chars(first, last, value);
+            failure == std::errc() && end == last) {
             to = value;
             return true;
         }
@@ -45,7 +46,8 @@ bool parseWhole(std::string_view word, T& to) {
             double wide = 0;
             const bool fitsDouble = std::from_chars(first, last, wide).ec == std::errc();
             const bool isSmall = fitsDouble && std::abs(wide) < 1;
-            to = isSmall ? T(0) : std::copysign(std::numeric_limits<T>::infinity(), *first == '-' ? T(-1) : T(1));
+            to = isSmall ? T(0)
+                         : std::copysign(std::numeric_limits<T>::infinity(), *first == '-' ? T(-1) : T(1));
             return true;
         }
         return failure == std::errc();
@@ -63,14 +65,16 @@ char escaped(char c) {
 
 } // namespace
 
-TextWords::TextWords(std::string_view statement) : at_(statement.data()), end_(statement.data() + statement.size()) {}
+TextWords::TextWords(std::string_view statement)
+    : at_(statement.data()), end_(statement.data() + statement.size()) {}
 
 void TextWords::skipBlanks() {
     while (at_ != end_) {
         if (separates(*at_)) {
             ++at_;
         } else if (*at_ == '/' && end_ - at_ > 1 && at_[1] == '/') {
-            while (at_ != end_ && *at_ != '\n') ++at_;
+            while (at_ != end_ && *at_ != '\n')
+                ++at_;
         } else {
             return;
         }
@@ -85,7 +89,8 @@ std::string_view TextWords::bytes() const {
         }
         if (to != end_) ++to;
     } else {
-        while (to != end_ && !separates(*to) && *to != '"') ++to;
+        while (to != end_ && !separates(*to) && *to != '"')
+            ++to;
     }
     return {at_, static_cast<std::size_t>(to - at_)};
 }
@@ -96,7 +101,8 @@ std::size_t TextWords::numbersAhead() {
     const char* const here = at_;
     std::size_t count = 0;
     double number = 0;
-    while (take(&number, 1) == 1) ++count;
+    while (take(&number, 1) == 1)
+        ++count;
     at_ = here;
     return count;
 }
@@ -155,7 +161,8 @@ template <class T>
 std::size_t TextWords::take(T* to, std::size_t count) {
     std::size_t taken = 0;
     while (taken < count) {
-        while (at_ != end_ && isBlank(*at_)) ++at_;
+        while (at_ != end_ && isBlank(*at_))
+            ++at_;
         // Straight to the conversion; whatever it leaves over goes the general way.
         const auto [after, failure] = std::from_chars(at_, end_, to[taken]);
         if (failure == std::errc() && (after == end_ || isBlank(*after))) {

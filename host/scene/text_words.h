@@ -9,7 +9,8 @@
 
 namespace vesk::scene {
 
-/// The words of one statement of a scene file, straight from its text: no value is made for a number in a list.
+/// The words of one statement of a scene file, straight from its text: no value is made for a number in a
+/// list.
 class TextWords final : public commands::Words {
   public:
     /// The statement without its semicolon; must outlive the stream.

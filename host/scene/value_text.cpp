@@ -75,14 +75,16 @@ void writeCurve(AtomicFile& file, const geom::NurbsCurve& curve) {
     writeKnots(file, curve.knots());
     file.write("\n\t\t");
     file.putNumber(static_cast<std::int64_t>(curve.cvs().size()));
-    for (const MPoint& cv : curve.cvs()) writePoint(file, cv, curve.isRational());
+    for (const MPoint& cv : curve.cvs())
+        writePoint(file, cv, curve.isRational());
 }
 
 void writeSurface(AtomicFile& file, const geom::NurbsSurface& surface) {
     writeHead(file, "nurbsSurface");
     file.write("\n\t\t");
-    for (const int number : {surface.basisU().degree, surface.basisV().degree, fileForm(static_cast<int>(surface.basisU().form)),
-                             fileForm(static_cast<int>(surface.basisV().form))}) {
+    for (const int number :
+         {surface.basisU().degree, surface.basisV().degree, fileForm(static_cast<int>(surface.basisU().form)),
+          fileForm(static_cast<int>(surface.basisV().form))}) {
         file.putNumber(number);
         file.put(' ');
     }
@@ -91,7 +93,8 @@ void writeSurface(AtomicFile& file, const geom::NurbsSurface& surface) {
     writeKnots(file, surface.basisV().knots);
     file.write("\n\t\t");
     file.putNumber(static_cast<std::int64_t>(surface.cvs().size()));
-    for (const MPoint& cv : surface.cvs()) writePoint(file, cv, surface.isRational());
+    for (const MPoint& cv : surface.cvs())
+        writePoint(file, cv, surface.isRational());
 }
 
 } // namespace
@@ -129,27 +132,32 @@ void writeData(AtomicFile& file, const Data& data) {
     } else if (const auto* vectors = dynamic_cast<const VectorArrayData*>(&data)) {
         writeHead(file, "vectorArray");
         writeCount(file, vectors->values.read().size());
-        for (const MVector& v : vectors->values.read()) writePoint(file, MPoint(v), false);
+        for (const MVector& v : vectors->values.read())
+            writePoint(file, MPoint(v), false);
     } else if (const auto* points = dynamic_cast<const PointArrayData*>(&data)) {
         writeHead(file, "pointArray");
         writeCount(file, points->values.read().size());
-        for (const MPoint& point : points->values.read()) writePoint(file, point, true);
+        for (const MPoint& point : points->values.read())
+            writePoint(file, point, true);
     } else if (const auto* texts = dynamic_cast<const StringArrayData*>(&data)) {
         writeHead(file, "stringArray");
         writeCount(file, texts->values.read().size());
-        for (const MString& item : texts->values.read()) file.write(" " + quotedText(item.asChar()));
+        for (const MString& item : texts->values.read())
+            file.write(" " + quotedText(item.asChar()));
     } else if (const auto* components = dynamic_cast<const ComponentListData*>(&data)) {
         const auto names = components->texts();
         writeHead(file, "componentList");
         writeCount(file, names.size());
-        for (const auto& name : names) file.write(" " + quotedText(name));
+        for (const auto& name : names)
+            file.write(" " + quotedText(name));
     } else if (const auto* curve = dynamic_cast<const NurbsCurveData*>(&data)) {
         writeCurve(file, curve->geometry());
     } else if (const auto* surface = dynamic_cast<const NurbsSurfaceData*>(&data)) {
         writeSurface(file, surface->geometry());
     } else if (const auto* opaque = dynamic_cast<const OpaqueData*>(&data)) {
         writeHead(file, opaque->typeName);
-        for (const auto& word : opaque->words) file.write(" " + word);
+        for (const auto& word : opaque->words)
+            file.write(" " + word);
     }
 }
 

@@ -53,14 +53,16 @@ struct PluginManager::Library {
     Ref<api::PluginObject> object;
 };
 
-PluginManager::PluginManager(graph::TypeRegistry& types, graph::Scene& scene, std::vector<fs::path> searchPath)
+PluginManager::PluginManager(graph::TypeRegistry& types, graph::Scene& scene,
+                             std::vector<fs::path> searchPath)
     : types_(types), scene_(scene), searchPath_(std::move(searchPath)) {}
 
 // Libraries stay mapped: objects made by their code may live until the process ends.
 PluginManager::~PluginManager() = default;
 
 PluginManager::Library* PluginManager::library(std::string_view name) const {
-    const auto at = std::find_if(libraries_.begin(), libraries_.end(), [&](const auto& one) { return one->info.name == name; });
+    const auto at = std::find_if(libraries_.begin(), libraries_.end(),
+                                 [&](const auto& one) { return one->info.name == name; });
     return at == libraries_.end() ? nullptr : at->get();
 }
 
@@ -136,8 +138,8 @@ Outcome PluginManager::unload(const std::string& name, bool force) {
     if (!force) {
         for (const graph::Node* node : scene_.nodes()) {
             if (node->type().plugin == entry->info.name) {
-                return Outcome::fail("Plug-in '" + entry->info.name + "' is in use by node '" + node->uniqueName() +
-                                     "'. Use -force to unload it all the same.");
+                return Outcome::fail("Plug-in '" + entry->info.name + "' is in use by node '" +
+                                     node->uniqueName() + "'. Use -force to unload it all the same.");
             }
         }
     }

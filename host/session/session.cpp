@@ -53,7 +53,8 @@ Session::Session(SessionOptions options) : options_(std::move(options)), folders
     nodes::createDefaultNodes(*scene_);
     MTime::setUIUnit(MTime::kFilm);
     plugins_ = std::make_unique<PluginManager>(types_, *scene_, options_.pluginPath);
-    context_ = std::make_unique<commands::CommandContext>(commands::CommandContext{*scene_, mel_, {}, {}, {}});
+    context_ =
+        std::make_unique<commands::CommandContext>(commands::CommandContext{*scene_, mel_, {}, {}, {}});
     auto& table = mel_.commands();
     commands::addAttributeCommands(table, *context_);
     commands::addNodeCommands(table, *context_);
@@ -72,13 +73,16 @@ Session::~Session() {
     api::setSession(nullptr);
 }
 
-mel::Result Session::run(std::string_view text, std::string fileName) { return mel_.run(text, std::move(fileName)); }
+mel::Result Session::run(std::string_view text, std::string fileName) {
+    return mel_.run(text, std::move(fileName));
+}
 
 Outcome Session::runFile(const fs::path& file) {
     const std::string extension = file.extension().string();
     if (extension == ".mel") {
         std::error_code failure;
-        if (!fs::exists(file, failure)) return Outcome::fail("cannot open '" + file.string() + "': No such file or directory");
+        if (!fs::exists(file, failure))
+            return Outcome::fail("cannot open '" + file.string() + "': No such file or directory");
         const auto result = mel_.source(file.string());
         return result.ok ? Outcome() : Outcome::fail("'" + file.string() + "' stopped at an error.");
     }

@@ -31,7 +31,8 @@ std::map<std::string, mel::Value>& options() {
     return values;
 }
 
-// --- plug-ins --------------------------------------------------------------------------------------------------------
+// --- plug-ins
+// --------------------------------------------------------------------------------------------------------
 
 mel::Value loadPlugin(CommandContext&, const Args& args) {
     mel::StringArray loaded;
@@ -46,7 +47,8 @@ mel::Value loadPlugin(CommandContext&, const Args& args) {
 
 mel::Value unloadPlugin(CommandContext&, const Args& args) {
     mel::StringArray names = args.wordTexts();
-    for (const auto& name : names) require(running->plugins().unload(name, args.isOn("force")));
+    for (const auto& name : names)
+        require(running->plugins().unload(name, args.isOn("force")));
     return mel::Value(std::move(names));
 }
 
@@ -75,7 +77,8 @@ mel::Value requiresCommand(CommandContext& context, const Args& args) {
     return mel::Value();
 }
 
-// --- the host --------------------------------------------------------------------------------------------------------
+// --- the host
+// --------------------------------------------------------------------------------------------------------
 
 mel::Value internalVar(CommandContext&, const Args& args) {
     const UserFolders& folders = running->folders();
@@ -141,7 +144,8 @@ mel::Value help(CommandContext& context, const Args& args) {
     return mel::Value(commands::helpText(*spec));
 }
 
-// --- time and units --------------------------------------------------------------------------------------------------
+// --- time and units
+// --------------------------------------------------------------------------------------------------
 
 mel::Value currentTime(CommandContext& context, const Args& args) {
     if (!args.isQuery()) {
@@ -172,8 +176,8 @@ mel::Value playbackOptions(CommandContext& context, const Args& args) {
 }
 
 mel::Value currentUnit(CommandContext& context, const Args& args) {
-    static const std::pair<double, const char*> kNames[] = {{15, "game"}, {24, "film"}, {25, "pal"},  {30, "ntsc"},
-                                                            {48, "show"}, {50, "palf"}, {60, "ntscf"}};
+    static const std::pair<double, const char*> kNames[] = {
+        {15, "game"}, {24, "film"}, {25, "pal"}, {30, "ntsc"}, {48, "show"}, {50, "palf"}, {60, "ntscf"}};
     if (args.isQuery()) {
         if (args.has("linear")) return mel::Value("cm");
         if (args.has("angle")) return mel::Value("deg");
@@ -201,8 +205,8 @@ mel::Value currentUnit(CommandContext& context, const Args& args) {
         context.scene.setFramesPerSecond(fps);
         context.scene.setFrame(frame);
         static const std::pair<double, MTime::Unit> kUnits[] = {
-            {15, MTime::kGames},   {24, MTime::kFilm},      {25, MTime::kPALFrame},
-            {30, MTime::kNTSCFrame}, {48, MTime::kShowScan}, {50, MTime::kPALField}, {60, MTime::kNTSCField}};
+            {15, MTime::kGames},    {24, MTime::kFilm},     {25, MTime::kPALFrame}, {30, MTime::kNTSCFrame},
+            {48, MTime::kShowScan}, {50, MTime::kPALField}, {60, MTime::kNTSCField}};
         for (const auto& [rate, unit] : kUnits) {
             if (rate == fps) MTime::setUIUnit(unit);
         }
@@ -210,7 +214,8 @@ mel::Value currentUnit(CommandContext& context, const Args& args) {
     return mel::Value();
 }
 
-// --- files -----------------------------------------------------------------------------------------------------------
+// --- files
+// -----------------------------------------------------------------------------------------------------------
 
 mel::Value queryFile(const CommandContext& context, const Args& args) {
     const std::string& path = context.scene.fileName;
@@ -253,8 +258,10 @@ mel::Value file(CommandContext& context, const Args& args) {
     if (args.has("referenceDepthInfo") && !args.has("reference")) return mel::Value();
     const auto type = args.text("type", "mayaAscii");
     if (args.has("save")) {
-        if (context.scene.fileName.empty()) throw mel::Error("file: the scene has no name yet. Use -rename first.");
-        if (type != "mayaAscii") throw mel::Error("file: scenes are saved as mayaAscii, not as '" + type + "'.");
+        if (context.scene.fileName.empty())
+            throw mel::Error("file: the scene has no name yet. Use -rename first.");
+        if (type != "mayaAscii")
+            throw mel::Error("file: scenes are saved as mayaAscii, not as '" + type + "'.");
         require(scene::saveScene(context, context.scene.fileName));
         return mel::Value(context.scene.fileName);
     }
@@ -295,7 +302,8 @@ mel::Value relationship(CommandContext&, const Args&) { return mel::Value(); }
 mel::Value lockNode(CommandContext& context, const Args& args) {
     mel::IntArray states;
     for (graph::Node* node : commands::operandNodes(context, args)) {
-        if (!args.isQuery() && (args.has("lock") || !args.hasFlags())) node->isLocked = args.boolean("lock", true);
+        if (!args.isQuery() && (args.has("lock") || !args.hasFlags()))
+            node->isLocked = args.boolean("lock", true);
         states.push_back(node->isLocked ? 1 : 0);
     }
     return mel::Value(std::move(states));
@@ -371,7 +379,9 @@ const CommandSpec kCommands[] = {
      kAllModes},
     {"currentUnit",
      "",
-     {{"-linear", "-l", {ArgKind::Text}}, {"-angle", "-a", {ArgKind::Text}}, {"-time", "-t", {ArgKind::Text}}},
+     {{"-linear", "-l", {ArgKind::Text}},
+      {"-angle", "-a", {ArgKind::Text}},
+      {"-time", "-t", {ArgKind::Text}}},
      currentUnit,
      kAllModes},
     {"file",
@@ -402,7 +412,9 @@ const CommandSpec kCommands[] = {
     {"relationship", "kind node...", {{"-break", "-b", {ArgKind::Text}}}, relationship},
     {"lockNode",
      "node...",
-     {{"-lock", "-l", {ArgKind::Bool}}, {"-lockUnpublished", "-lu", {ArgKind::Bool}}, {"-ignoreComponents", "-ic"}},
+     {{"-lock", "-l", {ArgKind::Bool}},
+      {"-lockUnpublished", "-lu", {ArgKind::Bool}},
+      {"-ignoreComponents", "-ic"}},
      lockNode,
      kAllModes},
 };

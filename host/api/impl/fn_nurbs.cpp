@@ -55,9 +55,11 @@ MStatus storeCvs(const MObject& object, const MPointArray& cvs, const MMatrix* m
 
 } // namespace
 
-// --- curves ----------------------------------------------------------------------------------------------------------
+// --- curves
+// ----------------------------------------------------------------------------------------------------------
 
-MFnNurbsCurve::MFnNurbsCurve(MObject& object, MStatus* status) : MFnNurbsCurve(std::as_const(object), status) {}
+MFnNurbsCurve::MFnNurbsCurve(MObject& object, MStatus* status)
+    : MFnNurbsCurve(std::as_const(object), status) {}
 
 MFnNurbsCurve::MFnNurbsCurve(const MObject& object, MStatus* status) {
     const MObject data = vesk::api::geometryDataOf(object, MFn::kNurbsCurve);
@@ -77,7 +79,8 @@ const MMatrix* MFnNurbsCurve::matrixFor(MSpace::Space space) const { return matr
 
 MObject MFnNurbsCurve::copy(const MObject& source, MObject parentOrOwner, MStatus* status) {
     shape_ = MObject();
-    return placeCopy<NurbsCurveData>(vesk::api::geometryDataOf(source, MFn::kNurbsCurve), parentOrOwner, object_, status);
+    return placeCopy<NurbsCurveData>(vesk::api::geometryDataOf(source, MFn::kNurbsCurve), parentOrOwner,
+                                     object_, status);
 }
 
 MFnNurbsCurve::Form MFnNurbsCurve::form(MStatus* status) const {
@@ -94,7 +97,8 @@ int MFnNurbsCurve::numSpans(MStatus* status) const {
 }
 
 int MFnNurbsCurve::numKnots(MStatus* status) const {
-    return curve() ? answer(status, curve()->basis().knotCount()) : answer(status, 0, MStatus::kInvalidParameter);
+    return curve() ? answer(status, curve()->basis().knotCount())
+                   : answer(status, 0, MStatus::kInvalidParameter);
 }
 
 MStatus MFnNurbsCurve::getKnots(MDoubleArray& knots) const {
@@ -153,9 +157,11 @@ double MFnNurbsCurve::length(MStatus* status) const {
     return curve() ? answer(status, curve()->length()) : answer(status, 0.0, MStatus::kInvalidParameter);
 }
 
-// --- surfaces --------------------------------------------------------------------------------------------------------
+// --- surfaces
+// --------------------------------------------------------------------------------------------------------
 
-MFnNurbsSurface::MFnNurbsSurface(MObject& object, MStatus* status) : MFnNurbsSurface(std::as_const(object), status) {}
+MFnNurbsSurface::MFnNurbsSurface(MObject& object, MStatus* status)
+    : MFnNurbsSurface(std::as_const(object), status) {}
 
 MFnNurbsSurface::MFnNurbsSurface(const MObject& object, MStatus* status) {
     const MObject data = vesk::api::geometryDataOf(object, MFn::kNurbsSurface);
@@ -175,8 +181,8 @@ const MMatrix* MFnNurbsSurface::matrixFor(MSpace::Space space) const { return ma
 
 MObject MFnNurbsSurface::copy(const MObject& source, MObject parentOrOwner, MStatus* status) {
     shape_ = MObject();
-    return placeCopy<NurbsSurfaceData>(vesk::api::geometryDataOf(source, MFn::kNurbsSurface), parentOrOwner, object_,
-                                       status);
+    return placeCopy<NurbsSurfaceData>(vesk::api::geometryDataOf(source, MFn::kNurbsSurface), parentOrOwner,
+                                       object_, status);
 }
 
 MFnNurbsSurface::Form MFnNurbsSurface::formInU(MStatus* status) const {
@@ -190,19 +196,23 @@ MFnNurbsSurface::Form MFnNurbsSurface::formInV(MStatus* status) const {
 }
 
 int MFnNurbsSurface::degreeU(MStatus* status) const {
-    return surface() ? answer(status, surface()->basisU().degree) : answer(status, 0, MStatus::kInvalidParameter);
+    return surface() ? answer(status, surface()->basisU().degree)
+                     : answer(status, 0, MStatus::kInvalidParameter);
 }
 
 int MFnNurbsSurface::degreeV(MStatus* status) const {
-    return surface() ? answer(status, surface()->basisV().degree) : answer(status, 0, MStatus::kInvalidParameter);
+    return surface() ? answer(status, surface()->basisV().degree)
+                     : answer(status, 0, MStatus::kInvalidParameter);
 }
 
 int MFnNurbsSurface::numSpansInU(MStatus* status) const {
-    return surface() ? answer(status, surface()->basisU().spanCount()) : answer(status, 0, MStatus::kInvalidParameter);
+    return surface() ? answer(status, surface()->basisU().spanCount())
+                     : answer(status, 0, MStatus::kInvalidParameter);
 }
 
 int MFnNurbsSurface::numSpansInV(MStatus* status) const {
-    return surface() ? answer(status, surface()->basisV().spanCount()) : answer(status, 0, MStatus::kInvalidParameter);
+    return surface() ? answer(status, surface()->basisV().spanCount())
+                     : answer(status, 0, MStatus::kInvalidParameter);
 }
 
 int MFnNurbsSurface::numCVsInU(MStatus* status) const {

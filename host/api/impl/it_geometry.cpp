@@ -19,7 +19,8 @@ MObject dataOf(const MDataHandle& handle) { return MDataHandle(handle).data(); }
 
 } // namespace
 
-MItGeometry::MItGeometry(MDataHandle& handle, bool readOnly, MStatus* status) : MItGeometry(dataOf(handle), status) {
+MItGeometry::MItGeometry(MDataHandle& handle, bool readOnly, MStatus* status)
+    : MItGeometry(dataOf(handle), status) {
     readOnly_ = readOnly || object_.isReadOnly();
 }
 
@@ -81,7 +82,8 @@ MObject MItGeometry::currentItem(MStatus* status) const {
         return answer(status, MObject(pair.get()));
     }
     const bool isMesh = dynamic_cast<MeshData*>(object_.hostObject()) != nullptr;
-    const auto single = vesk::makeRef<vesk::SingleComponent>(isMesh ? MFn::kMeshVertComponent : MFn::kCurveCVComponent);
+    const auto single =
+        vesk::makeRef<vesk::SingleComponent>(isMesh ? MFn::kMeshVertComponent : MFn::kCurveCVComponent);
     single->add({index_});
     return answer(status, MObject(single.get()));
 }
@@ -106,14 +108,16 @@ MPoint MItGeometry::position(MSpace::Space space, MStatus* status) const {
 MStatus MItGeometry::setPosition(const MPoint& point, MSpace::Space space) {
     if (isDone() || readOnly_) return MStatus::kFailure;
     const auto* data = static_cast<GeometryData*>(object_.hostObject());
-    const MPoint own = space == MSpace::kWorld && data->hasMatrix() ? point * data->matrix().inverse() : point;
+    const MPoint own =
+        space == MSpace::kWorld && data->hasMatrix() ? point * data->matrix().inverse() : point;
     if (auto* mesh = dynamic_cast<MeshData*>(object_.hostObject())) {
         mesh->write().setPoint(index_, MFloatVector(static_cast<float>(own.x), static_cast<float>(own.y),
                                                     static_cast<float>(own.z)));
         return {};
     }
     vesk::Outcome outcome;
-    if (auto* curve = dynamic_cast<NurbsCurveData*>(object_.hostObject())) outcome = curve->write().setCv(index_, own);
+    if (auto* curve = dynamic_cast<NurbsCurveData*>(object_.hostObject()))
+        outcome = curve->write().setCv(index_, own);
     if (auto* surface = dynamic_cast<NurbsSurfaceData*>(object_.hostObject())) {
         outcome = surface->write().setCv(index_, own);
     }

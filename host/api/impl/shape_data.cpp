@@ -28,7 +28,9 @@ graph::DagNode* shapeOf(graph::DagNode& node) {
 }
 
 /// The output of a shape that carries world space.
-std::string_view worldOutputName(MFn::Type shapeKind) { return shapeKind == MFn::kMesh ? "worldMesh" : "worldSpace"; }
+std::string_view worldOutputName(MFn::Type shapeKind) {
+    return shapeKind == MFn::kMesh ? "worldMesh" : "worldSpace";
+}
 
 } // namespace
 

@@ -13,7 +13,8 @@ class NurbsCurve;
 }
 class MMatrix;
 
-/// Function set of NURBS curves: curve data, or a curve shape, whose output is read. Spaces and failures as `MFnMesh`.
+/// Function set of NURBS curves: curve data, or a curve shape, whose output is read. Spaces and failures as
+/// `MFnMesh`.
 class MFnNurbsCurve : public MFnBase {
   public:
     enum Form { kInvalid = 0, kOpen, kClosed, kPeriodic, kLast };

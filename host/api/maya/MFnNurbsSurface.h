@@ -13,8 +13,8 @@ class NurbsSurface;
 }
 class MMatrix;
 
-/// Function set of NURBS surfaces: surface data, or a surface shape, whose output is read. Spaces and failures as
-/// `MFnMesh`. The CV at (u, v) has the flat index numCVsInV * u + v.
+/// Function set of NURBS surfaces: surface data, or a surface shape, whose output is read. Spaces and
+/// failures as `MFnMesh`. The CV at (u, v) has the flat index numCVsInV * u + v.
 class MFnNurbsSurface : public MFnBase {
   public:
     enum Form { kInvalid = 0, kOpen, kClosed, kPeriodic, kLast };
@@ -40,7 +40,8 @@ class MFnNurbsSurface : public MFnBase {
     MStatus setCVs(const MPointArray& cvs, MSpace::Space space = MSpace::kObject);
     MStatus getPointAtParam(double u, double v, MPoint& point, MSpace::Space space = MSpace::kObject) const;
     /// dP/du ^ dP/dv at unit length.
-    MVector normal(double u, double v, MSpace::Space space = MSpace::kObject, MStatus* status = nullptr) const;
+    MVector normal(double u, double v, MSpace::Space space = MSpace::kObject,
+                   MStatus* status = nullptr) const;
 
   protected:
     bool accepts(const vesk::Object& object) const override;
