@@ -253,6 +253,7 @@ AttrRef typed(std::string longName, std::string shortName, MFnData::Type type) {
     return attribute;
 }
 
+// cppcheck-suppress passedByValue
 AttrRef text(std::string longName, std::string shortName, std::string value) {
     auto attribute = typed(std::move(longName), std::move(shortName), MFnData::kString);
     if (!value.empty()) attribute->defaultData = makeRef<StringData>(MString(value.c_str()));
@@ -281,6 +282,7 @@ AttrRef compound(std::string longName, std::string shortName, std::vector<AttrRe
     return attribute;
 }
 
+// cppcheck-suppress passedByValue
 AttrRef tuple(std::string longName, std::string shortName, Num::Type type, std::vector<std::string> suffixes,
               UnitKind unitKind, double value) {
     auto attribute = make(AttrKind::Numeric, longName, shortName);

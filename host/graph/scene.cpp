@@ -99,9 +99,10 @@ void registerBaseTypes(TypeRegistry& types) {
     (void)types.add(std::move(time));
 }
 
-Scene::Scene(TypeRegistry& types) : types_(types) {
-    worldType_ = std::make_unique<NodeType>("world", MFn::kWorld, types.find("dagNode"),
-                                            [](const NodeType& type) { return makeRef<DagNode>(type); });
+Scene::Scene(TypeRegistry& types)
+    : types_(types),
+      worldType_(std::make_unique<NodeType>("world", MFn::kWorld, types.find("dagNode"),
+                                            [](const NodeType& type) { return makeRef<DagNode>(type); })) {
     world_ = makeRef<DagNode>(*worldType_);
     world_->isWorld_ = true;
     world_->scene_ = this;

@@ -28,8 +28,8 @@ constexpr const char* kPeriodic = "The geometry at the input is a periodic nurbs
 /// Everything that one compute reads besides the geometry.
 struct Request {
     PointSettings settings;
-    short coordinateSystem;
-    short useComponents;
+    short coordinateSystem = kWorldCoordinates;
+    short useComponents = kAllPoints;
     MString colorSet, uvSet;
     MString name;
 };
