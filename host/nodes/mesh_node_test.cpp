@@ -217,6 +217,59 @@ TEST_F(MeshNodeTest, ShowsItsInputAndKeepsTheLastOneWhenTheWireGoes) {
     EXPECT_EQ(shown("copy.o").vertexCount(), 0);
 }
 
+TEST_F(MeshNodeTest, OwnMeshesArriveByPlugOrByCallAndReplaceWhatAFileGave) {
+    auto& node = make<MeshNode>("mesh", "m");
+    store("m", twoSquaresInFull());
+    auto triangle =
+        geom::Mesh::create({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, std::vector<int>{3}, std::vector<int>{0, 1, 2});
+    ASSERT_TRUE(triangle);
+    setData("m.inMesh", makeRef<MeshData>(triangle.mesh));
+    EXPECT_EQ(shown("m.o").vertexCount(), 3) << "the lists were never pulled and are gone";
+    EXPECT_FALSE(at("m.i").data);
+    store("m", twoSquaresInFull());
+    EXPECT_EQ(shown("m.o").vertexCount(), 6) << "a file read into the shape";
+    ASSERT_TRUE(node.setMesh(triangle.mesh));
+    EXPECT_EQ(shown("m.w[0]").vertexCount(), 3);
+    EXPECT_EQ(textIn(at("m.cuvs")), "") << "its own sets count";
+    EXPECT_EQ(node.mesh().faceCount(), 1);
+    // With a wire that never brought anything, the own mesh stays.
+    make("mesh", "empty");
+    connect("empty.o", "m.i");
+    EXPECT_FALSE(getData<MeshData>("m.o"));
+    ASSERT_TRUE(graph::disconnect(at("empty.o"), at("m.i")));
+    EXPECT_EQ(shown("m.o").vertexCount(), 3);
+}
+
+TEST_F(MeshNodeTest, AnEvaluationAtAnotherTimeLeavesTheListsAlone) {
+    make("mesh", "m");
+    store("m", twoSquaresInFull());
+    {
+        const graph::Preserve preserve(*scene);
+        EXPECT_EQ(shown("m.o").vertexCount(), 6);
+    }
+    EXPECT_TRUE(at("m.vt").data);
+    EXPECT_EQ(shown("m.o").vertexCount(), 6);
+    EXPECT_EQ(shown("m.o").uvSetCount(), 2);
+    EXPECT_FALSE(at("m.vt").data);
+}
+
+TEST_F(MeshNodeTest, SetsAreChosenByName) {
+    make("mesh", "m");
+    MeshFileArrays arrays = twoSquaresInFull();
+    arrays.colorSets.push_back({4, "late", {0, 0, 1, 1}});
+    arrays.faceCodes.insert(arrays.faceCodes.end(), {Code::Colors, 4, 4, 0, 0, 0, 0});
+    store("m", arrays);
+    make("mesh", "shown");
+    connect("m.o", "shown.i");
+    EXPECT_EQ(shown("m.o").currentColorSet(), 0) << "the first, since none is named";
+    setText("shown.ccls", "late");
+    setText("shown.cuvs", "nowhere");
+    EXPECT_EQ(shown("shown.o").currentColorSet(), 1);
+    EXPECT_EQ(shown("shown.o").cornerColor(1, 7), MColor(0, 0, 1, 1));
+    EXPECT_EQ(shown("shown.o").currentUvSet(), 1) << "an unknown name chooses nothing";
+    EXPECT_EQ(shown("m.o").currentColorSet(), 0);
+}
+
 TEST_F(MeshNodeTest, TweaksComeFromTheListAndFromWires) {
     squares("m");
     setData("m.pt", packed<float>(3, {0, 0, 1, 0, 0, 2, 0, 0, 3}));

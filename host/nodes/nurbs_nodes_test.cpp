@@ -109,6 +109,28 @@ TEST_F(NurbsNodesTest, WhatTheOperatorsDoNotDoIsAnError) {
     EXPECT_TRUE(said[2].starts_with("'r': ")) << said[2];
 }
 
+TEST_F(NurbsNodesTest, SurfaceShapesTessellateWithTheirTweaks) {
+    Node& transform = make("transform", "top");
+    make("nurbsSurface", "s", &transform);
+    make("makeNurbPlane", "plane");
+    set("plane.axis", {0, 0, 1}), set("plane.degree", 1);
+    connect("plane.os", "s.create");
+    set("s.controlPoints[3].zValue", 5);
+    set("top.sx", 10);
+    make("nurbsTessellate", "t");
+    set("t.format", 3), set("t.polygonType", 1), set("t.mnd", 1);
+    connect("s.ws[0]", "t.is");
+    const auto mesh = getData<MeshData>("t.op")->geometry();
+    ASSERT_EQ(mesh.vertexCount(), 4);
+    // CVs with v fastest: (-.5,-.5) (-.5,.5) (.5,-.5) (.5,.5); x is scaled, the last one was lifted.
+    EXPECT_TRUE(isNear(mesh.point(1), MVector(-5, 0.5, 0)));
+    EXPECT_TRUE(isNear(mesh.point(3), MVector(5, 0.5, 5)));
+    EXPECT_GT(mesh.faceNormals()[0].z, 0.0F);
+    scene->remove(at("plane.os").node);
+    EXPECT_EQ(get("s.degreeU"), 1);
+    EXPECT_EQ(getData<MeshData>("t.op")->geometry().point(3).z, 5) << "tweaks are not added twice";
+}
+
 TEST_F(NurbsNodesTest, CreatorsTakeTheirAttributes) {
     make("makeNurbCircle", "circle");
     const auto circle = getData<NurbsCurveData>("circle.oc")->geometry();

@@ -136,12 +136,8 @@ ComputeResult GeometryShapeNode::compute(Cell& requested) {
 }
 
 void GeometryShapeNode::keepInput(Cell& input) {
-    const Ref<GeometryData> last(dynamic_cast<GeometryData*>(input.data.get()));
-    if (!last) return;
-    const Ref<Data> copy = last->clone();
-    Ref<GeometryData> kept(static_cast<GeometryData*>(copy.get()));
-    if (kept->hasMatrix()) kept->setMatrix(MMatrix());
-    (void)graph::storeData(cell(*plugs().own), kept);
+    if (!dynamic_cast<GeometryData*>(input.data.get())) return;
+    (void)graph::storeData(cell(*plugs().own), input.data->clone());
     graph::putData(input, nullptr);
 }
 
