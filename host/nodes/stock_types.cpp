@@ -372,7 +372,8 @@ void registerSettings(graph::TypeRegistry& types) {
                              "reference",
                              "geomBind",
                              "blindDataTemplate",
-                             "container"}) {
+                             "container",
+                             "network"}) {
         addNode(types, name);
     }
     for (const char* name : {"bump2d", "bump3d", "layeredShader", "layeredTexture", "expression", "animLayer",
