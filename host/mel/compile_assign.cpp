@@ -159,7 +159,7 @@ Operand FunctionCompiler::assignMatrixElement(const AssignExpr& expr, const Inde
 Operand FunctionCompiler::stepped(const Operand& value, const StepExpr& expr) {
     builder_.setPlace(expr.at);
     if (value.type == Type::Int || value.type == Type::Float) {
-        const Operand result = temporary(value.type);
+        Operand result = temporary(value.type);
         builder_.emit(value.type == Type::Int ? Op::StepInt : Op::StepFloat, result.reg, registerOf(value), 0,
                       expr.step);
         return result;
@@ -182,7 +182,7 @@ Operand FunctionCompiler::step(const StepExpr& expr, bool resultUsed) {
         if (target.column) fail(expr.at, "An element of a matrix cannot be stepped.");
         const Variable array = arrayTarget(target, nullptr);
         const Operand at = index(*target.index);
-        const Operand old = getElement(read(array), at, {});
+        Operand old = getElement(read(array), at, {});
         const Operand next = stepped(old, expr);
         setElement(array, at, next);
         release(at);
@@ -193,13 +193,13 @@ Operand FunctionCompiler::step(const StepExpr& expr, bool resultUsed) {
     const bool inPlace = !variable.global && (variable.type == Type::Int || variable.type == Type::Float);
     if (inPlace) {
         const Operand value = read(variable);
-        const Operand old = resultUsed && !expr.before ? kept(value, true) : value;
+        Operand old = resultUsed && !expr.before ? kept(value, true) : value;
         builder_.setPlace(expr.at);
         builder_.emit(variable.type == Type::Int ? Op::StepInt : Op::StepFloat, variable.reg, variable.reg, 0,
                       expr.step);
         return old;
     }
-    const Operand old = kept(read(variable), true);
+    Operand old = kept(read(variable), true);
     Operand next = write(variable, stepped(old, expr));
     release(expr.before ? old : next);
     return expr.before ? next : old;

@@ -184,7 +184,7 @@ Operand FunctionCompiler::callValues(const Builtin& builtin, std::vector<Operand
                                      const Want& want) {
     const std::vector<BuiltinParameter> parameters = parametersOf(builtin);
     if (builtin.name == "size" && isArray(arguments.front().type)) {
-        const Operand result = temporary(Type::Int, want);
+        Operand result = temporary(Type::Int, want);
         builder_.emit(Op::SizeOf, result.reg, registerOf(arguments.front()));
         release(arguments.front());
         return result;
@@ -216,7 +216,7 @@ Operand FunctionCompiler::catchExpr(const CatchExpr& expr, const Want& want) {
     const std::size_t enter = builder_.jump(Op::EnterCatch, static_cast<Reg>(expr.quiet ? 1 : 0));
     discard(*expr.body);
     builder_.emit(Op::LeaveCatch);
-    const Operand result = temporary(Type::Int, want);
+    Operand result = temporary(Type::Int, want);
     builder_.emit(Op::MoveNumber, result.reg, builder_.constant(0));
     const std::size_t end = builder_.jump(Op::Jump);
     builder_.land(enter, builder_.here());

@@ -121,13 +121,13 @@ Operand FunctionCompiler::truth(Operand operand) {
     if (!isConvertible(operand.type, Type::Int)) cannotConvert(operand.type, Type::Int);
     if (operand.isConstant()) return intConstant(operand.constant.asBool() ? 1 : 0);
     if (operand.type == Type::Any) {
-        const Operand result = temporary(Type::Int);
+        Operand result = temporary(Type::Int);
         builder_.emit(Op::TruthOfAny, result.reg, operand.reg);
         release(operand);
         return result;
     }
     const Operand number = converted(std::move(operand), Type::Float);
-    const Operand result = temporary(Type::Int);
+    Operand result = temporary(Type::Int);
     builder_.emit(Op::TruthOfFloat, result.reg, number.reg);
     release(number);
     return result;
@@ -138,14 +138,14 @@ Operand FunctionCompiler::logic(const Expr& expr, const Want& want) {
     if (expr.kind == Expr::Kind::Not) {
         const Operand value = truth(valued(*static_cast<const UnaryExpr&>(expr).operand));
         if (value.isConstant()) return intConstant(value.constant.asBool() ? 0 : 1);
-        const Operand result = temporary(Type::Int, want);
+        Operand result = temporary(Type::Int, want);
         builder_.emit(Op::Not, result.reg, value.reg);
         release(value);
         return result;
     }
     Jumps isFalse;
     jumpWhen(expr, false, isFalse);
-    const Operand result = temporary(Type::Int, want);
+    Operand result = temporary(Type::Int, want);
     builder_.emit(Op::MoveNumber, result.reg, builder_.constant(kYes));
     const std::size_t end = builder_.jump(Op::Jump);
     builder_.landHere(isFalse);
@@ -178,7 +178,7 @@ Operand FunctionCompiler::choice(const ChoiceExpr& expr, const Want& want) {
     // The first result waits in a register of its own type; when the second needs a common one, both are
     // converted to that.
     Operand yes = valued(*expr.yes, {want.type, std::nullopt});
-    const Operand first = temporary(yes.type);
+    Operand first = temporary(yes.type);
     const Type firstType = yes.type;
     store(yes, firstType, first.reg);
     const std::size_t done = builder_.jump(Op::Jump);
@@ -190,7 +190,7 @@ Operand FunctionCompiler::choice(const ChoiceExpr& expr, const Want& want) {
         builder_.land(done, builder_.here());
         return first;
     }
-    const Operand result = temporary(type, want);
+    Operand result = temporary(type, want);
     store(no, type, result.reg);
     const std::size_t end = builder_.jump(Op::Jump);
     builder_.land(done, builder_.here());

@@ -130,7 +130,7 @@ Operand FunctionCompiler::matrixElement(const IndexExpr& expr, const Operand& ma
     const Operand row = kept(index(*expr.index), expr.column->effects);
     const Operand column = index(*expr.column);
     builder_.setPlace(expr.at);
-    const Operand result = temporary(Type::Float, want);
+    Operand result = temporary(Type::Float, want);
     builder_.emit(Op::GetMatrix, result.reg, registerOf(matrix), registerOf(row), registerOf(column));
     release(row);
     release(column);
@@ -150,7 +150,7 @@ Operand FunctionCompiler::component(const ComponentExpr& expr) {
     component.kind = Operand::Kind::Variable;
     component.reg = static_cast<Reg>(registerOf(vector) + expr.component);
     if (!vector.isTemporary()) return component;
-    const Operand result = temporary(Type::Float);
+    Operand result = temporary(Type::Float);
     move(Type::Float, result.reg, component);
     release(vector);
     return result;
@@ -164,7 +164,7 @@ Operand FunctionCompiler::negate(const UnaryExpr& expr, const Want& want) {
         illegalOperation(BinaryOp::Sub, operand.type, operand.type);
     }
     const Type type = operand.type;
-    const Operand result = temporary(type, want);
+    Operand result = temporary(type, want);
     const Op op = type == Type::Int      ? Op::NegateInt
                   : type == Type::Float  ? Op::NegateFloat
                   : type == Type::Vector ? Op::NegateVector
@@ -263,7 +263,7 @@ Operand FunctionCompiler::joinTexts(Operand left, Operand right, const Want& wan
 /// A comparison of two operands of one type.
 Operand FunctionCompiler::compared(BinaryOp op, Type type, const Operand& left, const Operand& right,
                                    const Want& want) {
-    const Operand result = temporary(Type::Int, want);
+    Operand result = temporary(Type::Int, want);
     const Reg a = registerOf(left);
     const Reg b = registerOf(right);
     if (type == Type::String) {
@@ -322,7 +322,7 @@ Operand FunctionCompiler::matrixLiteral(const ListExpr& expr) {
     if (columns > longest || expr.rows > static_cast<int>(longest)) {
         fail(expr.at, "A matrix has at most " + std::to_string(longest) + " rows and columns.");
     }
-    const Operand result = temporary(Type::Matrix);
+    Operand result = temporary(Type::Matrix);
     builder_.emit(Op::MakeMatrix, result.reg, static_cast<Reg>(expr.rows), static_cast<Reg>(columns));
     for (std::size_t i = 0; i < expr.items.size(); ++i) {
         const Operand item = converted(valued(*expr.items[i]), Type::Float);
@@ -364,7 +364,7 @@ Operand FunctionCompiler::arrayLiteral(const ListExpr& expr, const Want& want) {
             array.setElement(i, items[i].constant);
         return constantOperand(std::move(array));
     }
-    const Operand result = temporary(type);
+    Operand result = temporary(type);
     builder_.emit(Op::ZeroObject, result.reg, static_cast<Reg>(type));
     const Operand counter = temporary(Type::Int);
     builder_.emit(Op::MoveNumber, counter.reg, builder_.constant(0));

@@ -247,7 +247,7 @@ Operand FunctionCompiler::converted(Operand operand, Type type, const Want& want
         operand.type = type;
         return operand;
     }
-    const Operand result = temporary(type, want);
+    Operand result = temporary(type, want);
     const Reg source = registerOf(operand);
     if (isNumeric(type)) {
         convertNumber(operand, type, result.reg);

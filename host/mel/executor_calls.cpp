@@ -178,9 +178,10 @@ void Executor::callCommand(CallSite& site) {
 Value Executor::runCommand(const Command& command, std::string_view name, std::span<const Value> words,
                            Place place) {
     std::vector<Value> spread;
-    if (std::any_of(words.begin(), words.end(), [](const Value& word) { return word.isArray(); })) {
+    const auto isOneWord = [](const Value& word) { return !word.isArray() && !word.isNone(); };
+    if (!std::all_of(words.begin(), words.end(), isOneWord)) {
         for (const Value& word : words) {
-            if (!word.isArray()) spread.push_back(word);
+            if (isOneWord(word)) spread.push_back(word);
             for (std::size_t i = 0; i < word.arraySize(); ++i)
                 spread.push_back(word.element(i));
         }

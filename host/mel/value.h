@@ -27,8 +27,12 @@ struct Matrix {
 
     Matrix() = default;
     Matrix(int rowCount, int columnCount);
-    double& at(int row, int column) { return values[static_cast<std::size_t>(row * columns + column)]; }
-    double at(int row, int column) const { return values[static_cast<std::size_t>(row * columns + column)]; }
+    double& at(int row, int column) { return values[position(row, column)]; }
+    double at(int row, int column) const { return values[position(row, column)]; }
+    std::size_t position(int row, int column) const {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+               static_cast<std::size_t>(column);
+    }
     friend bool operator==(const Matrix&, const Matrix&) = default;
 };
 
