@@ -18,8 +18,8 @@ class Machine;
 
 /// One call of a command. The words come as values: numbers as int or float (`on`, `yes`, `true` and their
 /// opposites as 1 and 0), flags, bare words and quoted text as strings, vectors and matrices as such. Arrays
-/// have been spread into one word for each element, so `args` never holds an array. `args` and `name` live as
-/// long as the call.
+/// have been spread into one word for each element, and a result that is none gives no word, so `args` holds
+/// neither. `args` and `name` live as long as the call.
 struct Call {
     std::string_view name;
     std::span<const Value> args;

@@ -43,6 +43,13 @@ constexpr Builtin binary(std::string_view name) {
 
 double degreesOf(double radians) { return radians * kDegrees; }
 double radiansOf(double degrees) { return degrees / kDegrees; }
+double sineOfDegrees(double degrees) { return std::sin(radiansOf(degrees)); }
+double cosineOfDegrees(double degrees) { return std::cos(radiansOf(degrees)); }
+double tangentOfDegrees(double degrees) { return std::tan(radiansOf(degrees)); }
+double degreesOfSine(double sine) { return degreesOf(std::asin(sine)); }
+double degreesOfCosine(double cosine) { return degreesOf(std::acos(cosine)); }
+double degreesOfTangent(double tangent) { return degreesOf(std::atan(tangent)); }
+double degreesOfRatio(double y, double x) { return degreesOf(std::atan2(y, x)); }
 double signOf(double value) { return value > 0.0 ? 1.0 : value < 0.0 ? -1.0 : 0.0; }
 double larger(double a, double b) { return a < b ? b : a; }
 double smaller(double a, double b) { return b < a ? b : a; }
@@ -91,12 +98,12 @@ constexpr Builtin table[] = {
     unary<std::asin>("asin"),
     unary<std::acos>("acos"),
     unary<std::atan>("atan"),
-    unary<[](double a) { return std::sin(radiansOf(a)); }>("sind"),
-    unary<[](double a) { return std::cos(radiansOf(a)); }>("cosd"),
-    unary<[](double a) { return std::tan(radiansOf(a)); }>("tand"),
-    unary<[](double a) { return degreesOf(std::asin(a)); }>("asind"),
-    unary<[](double a) { return degreesOf(std::acos(a)); }>("acosd"),
-    unary<[](double a) { return degreesOf(std::atan(a)); }>("atand"),
+    unary<sineOfDegrees>("sind"),
+    unary<cosineOfDegrees>("cosd"),
+    unary<tangentOfDegrees>("tand"),
+    unary<degreesOfSine>("asind"),
+    unary<degreesOfCosine>("acosd"),
+    unary<degreesOfTangent>("atand"),
     unary<degreesOf>("rad_to_deg"),
     unary<radiansOf>("deg_to_rad"),
     unary<signOf>("sign"),
@@ -107,7 +114,7 @@ constexpr Builtin table[] = {
 
     binary<std::pow>("pow"),
     binary<std::atan2>("atan2"),
-    binary<[](double y, double x) { return degreesOf(std::atan2(y, x)); }>("atan2d"),
+    binary<degreesOfRatio>("atan2d"),
     binary<std::hypot>("hypot"),
     binary<modFloats>("fmod"),
     binary<smaller>("min"),

@@ -24,7 +24,7 @@ struct Said {
     std::vector<std::string> errors; ///< "line 5: text"
 };
 
-std::string trimmed(std::string text) {
+std::string trimmed(const std::string& text) {
     const std::size_t end = text.find_last_not_of(" \r");
     return text.substr(0, end == std::string::npos ? 0 : end + 1);
 }
