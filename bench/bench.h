@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cstdio>
 #include <limits>
+#include <map>
+#include <string>
 
 namespace vesk::bench {
 
@@ -41,9 +43,16 @@ inline void reportLimit(const char* what, double value, const char* unit, double
                 value <= limit ? "" : "  <-- over");
 }
 
-void benchPointAttributes();
-void benchSceneReading();
-void benchChain();
-void benchStart();
+/// A benchmark enters the list by a static object in its own file: `const Benchmark chain("chain", benchChain);`
+class Benchmark {
+  public:
+    using Run = void (*)();
+    Benchmark(const char* name, Run run) { all().emplace(name, run); }
+    /// By name.
+    static std::map<std::string, Run>& all() {
+        static std::map<std::string, Run> benchmarks;
+        return benchmarks;
+    }
+};
 
 } // namespace vesk::bench

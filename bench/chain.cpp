@@ -75,10 +75,12 @@ double perNode(int length) {
 
 } // namespace
 
-void benchChain() {
+static void benchChain() {
     const double small = perNode(1000), middle = perNode(10000), large = perNode(100000);
     reportLimit("chain of 10,000 nodes, dirty and pull, per node", middle, "us", 1);
     std::printf("  per node in a chain of 1,000: %.3f us, of 100,000: %.3f us\n", small, large);
 }
+
+static const Benchmark registered("chain", benchChain);
 
 } // namespace vesk::bench

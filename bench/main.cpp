@@ -1,23 +1,25 @@
-// All benchmarks, or those named: points scene chain start
+// All benchmarks in the order of their names, or those named on the command line.
 
 #include "bench/bench.h"
 
-#include <cstring>
+#include <cstdio>
+#include <string>
 
 int main(int argc, char** argv) {
-    struct Row {
-        const char* name;
-        void (*run)();
-    };
-    const Row rows[] = {{"points", vesk::bench::benchPointAttributes},
-                        {"scene", vesk::bench::benchSceneReading},
-                        {"chain", vesk::bench::benchChain},
-                        {"start", vesk::bench::benchStart}};
-    for (const Row& row : rows) {
+    using vesk::bench::Benchmark;
+    for (int i = 1; i < argc; ++i) {
+        if (Benchmark::all().contains(argv[i])) continue;
+        std::fprintf(stderr, "vesk_bench: no benchmark \"%s\"; there are:", argv[i]);
+        for (const auto& [name, run] : Benchmark::all())
+            std::fprintf(stderr, " %s", name.c_str());
+        std::fprintf(stderr, "\n");
+        return 2;
+    }
+    for (const auto& [name, run] : Benchmark::all()) {
         bool wanted = argc < 2;
         for (int i = 1; i < argc; ++i)
-            wanted = wanted || std::strcmp(argv[i], row.name) == 0;
-        if (wanted) row.run();
+            wanted = wanted || name == argv[i];
+        if (wanted) run();
     }
     return 0;
 }

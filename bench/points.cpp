@@ -90,7 +90,7 @@ void plainLoop(const geom::Mesh& mesh, Arrays& out) {
 
 } // namespace
 
-void benchPointAttributes() {
+static void benchPointAttributes() {
     Session session;
     const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
     const Outcome loaded = session.plugins().load((folder / "plug-ins" / "Vesk.so").string());
@@ -121,5 +121,7 @@ void benchPointAttributes() {
     report("pointAttributeToArray, 7 switches, 1,000,000 vertices", node, "plain loop, arrays ready", plain,
            3);
 }
+
+static const Benchmark registered("points", benchPointAttributes);
 
 } // namespace vesk::bench

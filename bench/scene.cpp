@@ -54,7 +54,7 @@ double peakOf(const std::string& vesk, const std::string& scene) {
 
 } // namespace
 
-void benchSceneReading() {
+static void benchSceneReading() {
     const auto here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const auto file =
         std::filesystem::temp_directory_path() / ("vesk-bench-" + std::to_string(getpid()) + ".ma");
@@ -80,5 +80,7 @@ void benchSceneReading() {
     reportLimit("  peak memory, of the final arrays", peak / static_cast<double>(finalBytes), "times", 6);
     std::filesystem::remove(file);
 }
+
+static const Benchmark registered("scene", benchSceneReading);
 
 } // namespace vesk::bench

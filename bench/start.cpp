@@ -10,7 +10,7 @@
 
 namespace vesk::bench {
 
-void benchStart() {
+static void benchStart() {
     const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const std::string vesk = (here / "vesk").string();
     const auto script =
@@ -26,5 +26,7 @@ void benchStart() {
                 1e3 * (best(10, [&] { run(vesk + " run " + script.string()); }) - shell), "ms", 200);
     std::filesystem::remove(script);
 }
+
+static const Benchmark registered("start", benchStart);
 
 } // namespace vesk::bench

@@ -1,6 +1,7 @@
 #include "plugin/registry.h"
 
-#include "nodes/pointAttributeToArray/pointAttributeToArray.h"
+// Made by the build: the header of every node that the table calls written.
+#include "node_headers.h"
 
 #include <iterator>
 
