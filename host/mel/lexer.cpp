@@ -12,29 +12,65 @@ namespace vesk::mel {
 
 namespace {
 
+// What a byte may be part of.
+enum : std::uint8_t { kDigit = 1, kNameStart = 2, kBareMark = 4, kBlank = 8 };
+
+constexpr std::array<std::uint8_t, 256> byteClasses = [] {
+    std::array<std::uint8_t, 256> classes{};
+    const auto mark = [&classes](std::string_view bytes, std::uint8_t as) {
+        for (const char c : bytes)
+            classes[static_cast<unsigned char>(c)] |= as;
+    };
+    mark("0123456789", kDigit);
+    mark("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", kNameStart);
+    mark("|:.*?[]#@-~", kBareMark);
+    mark(" \t\n\r\f\v", kBlank);
+    return classes;
+}();
+
+bool is(char c, int classes) { return (byteClasses[static_cast<unsigned char>(c)] & classes) != 0; }
+bool isDigit(char c) { return is(c, kDigit); }
+bool isNameByte(char c) { return is(c, kNameStart | kDigit); }
+bool isBareByte(char c) { return is(c, kNameStart | kDigit | kBareMark); }
+
+/// An operator by its first byte and the one after it.
 struct Operator {
-    std::string_view text;
     Tok kind;
+    std::size_t length;
 };
 
-// Longer ones first, so that the first that fits is the right one.
-constexpr std::array<Operator, 38> operators{{
-    {"<<", Tok::VectorOpen}, {">>", Tok::VectorClose},  {"++", Tok::Increment},  {"--", Tok::Decrement},
-    {"+=", Tok::AddAssign},  {"-=", Tok::SubAssign},    {"*=", Tok::MulAssign},  {"/=", Tok::DivAssign},
-    {"%=", Tok::ModAssign},  {"^=", Tok::CrossAssign},  {"==", Tok::Equal},      {"!=", Tok::NotEqual},
-    {"<=", Tok::LessEqual},  {">=", Tok::GreaterEqual}, {"&&", Tok::And},        {"||", Tok::Or},
-    {"(", Tok::LeftParen},   {")", Tok::RightParen},    {"[", Tok::LeftBracket}, {"]", Tok::RightBracket},
-    {"{", Tok::LeftBrace},   {"}", Tok::RightBrace},    {",", Tok::Comma},       {";", Tok::Semicolon},
-    {"?", Tok::Question},    {":", Tok::Colon},         {"`", Tok::Backquote},   {".", Tok::Dot},
-    {"+", Tok::Plus},        {"-", Tok::Minus},         {"*", Tok::Star},        {"/", Tok::Slash},
-    {"%", Tok::Percent},     {"^", Tok::Caret},         {"!", Tok::Not},         {"=", Tok::Assign},
-    {"<", Tok::Less},        {">", Tok::Greater},
-}};
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-bool isBareByte(char c) {
-    return isNameByte(c) || (c != '\0' && std::string_view("|:.*?[]#@-~").find(c) != std::string_view::npos);
+Operator operatorOf(char first, char second) {
+    const auto either = [second](char longer, Tok two, Tok one) {
+        return second == longer ? Operator{two, 2} : Operator{one, 1};
+    };
+    switch (first) {
+    case '(': return {Tok::LeftParen, 1};
+    case ')': return {Tok::RightParen, 1};
+    case '[': return {Tok::LeftBracket, 1};
+    case ']': return {Tok::RightBracket, 1};
+    case '{': return {Tok::LeftBrace, 1};
+    case '}': return {Tok::RightBrace, 1};
+    case ',': return {Tok::Comma, 1};
+    case ';': return {Tok::Semicolon, 1};
+    case '?': return {Tok::Question, 1};
+    case ':': return {Tok::Colon, 1};
+    case '`': return {Tok::Backquote, 1};
+    case '.': return {Tok::Dot, 1};
+    case '+': return second == '+' ? Operator{Tok::Increment, 2} : either('=', Tok::AddAssign, Tok::Plus);
+    case '-': return second == '-' ? Operator{Tok::Decrement, 2} : either('=', Tok::SubAssign, Tok::Minus);
+    case '*': return either('=', Tok::MulAssign, Tok::Star);
+    case '/': return either('=', Tok::DivAssign, Tok::Slash);
+    case '%': return either('=', Tok::ModAssign, Tok::Percent);
+    case '^': return either('=', Tok::CrossAssign, Tok::Caret);
+    case '!': return either('=', Tok::NotEqual, Tok::Not);
+    case '=': return either('=', Tok::Equal, Tok::Assign);
+    case '<': return second == '<' ? Operator{Tok::VectorOpen, 2} : either('=', Tok::LessEqual, Tok::Less);
+    case '>':
+        return second == '>' ? Operator{Tok::VectorClose, 2} : either('=', Tok::GreaterEqual, Tok::Greater);
+    case '&': return either('&', Tok::And, Tok::Error);
+    case '|': return either('|', Tok::Or, Tok::Error);
+    default: return {Tok::Error, 1};
+    }
 }
 
 /// How a byte is named in a message.
@@ -47,9 +83,7 @@ std::string shown(char c) {
 
 } // namespace
 
-bool isNameStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
-
-bool isNameByte(char c) { return isNameStart(c) || isDigit(c); }
+bool isNameStart(char c) { return is(c, kNameStart); }
 
 Lexer::Lexer(std::string_view text) : text_(text) {
     if (text.substr(0, 3) == "\xEF\xBB\xBF") at_ = 3; // a byte order mark
@@ -57,17 +91,16 @@ Lexer::Lexer(std::string_view text) : text_(text) {
 
 bool Lexer::skipBlanks(Token& token) {
     for (;;) {
-        const char c = byteAt(at_);
-        const char after = byteAt(at_ + std::size_t{1});
-        if (c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v') {
+        while (is(byteAt(at_), kBlank))
             ++at_;
-        } else if (c == '/' && after == '/') {
+        const char c = byteAt(at_);
+        if (c == '/' && byteAt(at_ + std::size_t{1}) == '/') {
             at_ = static_cast<std::uint32_t>(std::min(text_.find('\n', at_), text_.size()));
-        } else if (c == '/' && after == '*') {
+        } else if (c == '/' && byteAt(at_ + std::size_t{1}) == '*') {
             const std::size_t close = text_.find("*/", at_ + std::size_t{2});
             if (close == std::string_view::npos) {
                 token.begin = at_;
-                fail(token, "This comment has no end.");
+                fail(token, Fault::OpenComment);
                 return false;
             }
             at_ = static_cast<std::uint32_t>(close + 2);
@@ -84,9 +117,25 @@ Token& Lexer::finish(Token& token, Tok kind, std::size_t end) const {
     return token;
 }
 
-Token& Lexer::fail(Token& token, std::string message) const {
-    token.text = std::move(message);
+/// The text is what messages quote: the word of BadBrackets, else what stands there.
+Token& Lexer::fail(Token& token, Fault fault) const {
+    token.fault = fault;
+    if (fault != Fault::BadBrackets) token.text = text_.substr(token.begin, 1);
     return finish(token, Tok::Error, std::min<std::size_t>(token.begin + std::size_t{1}, text_.size()));
+}
+
+std::string Lexer::messageOf(const Token& token) {
+    switch (token.fault) {
+    case Fault::OpenComment: return "This comment has no end.";
+    case Fault::OpenString: return "This string has no closing quote.";
+    case Fault::BadNumber: return "Malformed number.";
+    case Fault::NoName: return "A variable's name is missing after '$'.";
+    case Fault::BadBrackets:
+        return "Unbalanced brackets in the word \"" + std::string(token.text) +
+               "\"; build it as text in parentheses.";
+    case Fault::BadByte: break;
+    }
+    return "Unexpected " + shown(token.text.front()) + ".";
 }
 
 bool Lexer::startsNumber(std::size_t offset) const {
@@ -101,7 +150,7 @@ Token Lexer::next() {
         finish(token, Tok::End, at_);
     } else if (startsNumber(at_)) {
         scanNumber(token);
-        if (token.kind != Tok::Error && isNameByte(byteAt(token.end))) fail(token, "Malformed number.");
+        if (token.kind != Tok::Error && isNameByte(byteAt(token.end))) fail(token, Fault::BadNumber);
     } else if (isNameStart(c)) {
         scanName(token, Tok::Name, at_);
     } else if (c == '$') {
@@ -134,7 +183,7 @@ Token Lexer::nextWord() {
         // `2d` and `1:24` are words, though they start like numbers.
         if (token.kind != Tok::Error && isBareByte(byteAt(token.end))) {
             if (c == '+') {
-                fail(token, "Malformed number.");
+                fail(token, Fault::BadNumber);
             } else {
                 scanBareWord(token);
             }
@@ -186,7 +235,7 @@ void Lexer::scanHexNumber(Token& token) const {
     const char* const first = text_.data() + start;
     const auto [end, error] = std::from_chars(first, text_.data() + text_.size(), bits, 16);
     if (end == first || error != std::errc()) {
-        fail(token, "Malformed number.");
+        fail(token, Fault::BadNumber);
         return;
     }
     token.integer = static_cast<int>(negative ? 0U - bits : bits);
@@ -194,33 +243,46 @@ void Lexer::scanHexNumber(Token& token) const {
 }
 
 void Lexer::scanString(Token& token) const {
-    std::size_t i = token.begin + std::size_t{1};
-    for (;;) {
-        const std::size_t special = text_.find_first_of("\"\\\n", i);
-        if (special == std::string_view::npos || text_[special] == '\n') {
-            fail(token, "This string has no closing quote.");
+    const std::size_t start = token.begin + std::size_t{1};
+    for (std::size_t i = start;;) {
+        while (i < text_.size() && text_[i] != '"' && text_[i] != '\\' && text_[i] != '\n')
+            ++i;
+        if (i >= text_.size() || text_[i] == '\n') {
+            fail(token, Fault::OpenString);
             return;
         }
-        token.text.append(text_, i, special - i);
-        if (text_[special] == '"') {
-            finish(token, Tok::String, special + 1);
+        if (text_[i] == '"') {
+            token.text = text_.substr(start, i - start);
+            finish(token, Tok::String, i + 1);
             return;
         }
-        const char escaped = byteAt(special + 1);
-        i = special + 2;
+        token.hasEscapes = true;
+        i += byteAt(i + 1) == '\r' && byteAt(i + 2) == '\n' ? 3 : 2;
+    }
+}
+
+std::string Lexer::contentOf(const Token& token) {
+    if (!token.hasEscapes) return std::string(token.text);
+    const std::string_view text = token.text;
+    std::string content;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\') {
+            content += text[i];
+            continue;
+        }
+        const char escaped = text[++i]; // a string does not end with a single backslash
         switch (escaped) {
-        case 'n': token.text += '\n'; break;
-        case 't': token.text += '\t'; break;
-        case 'r': token.text += '\r'; break;
+        case 'n': content += '\n'; break;
+        case 't': content += '\t'; break;
+        case 'r': content += '\r'; break;
         case '\n': break; // the string goes on in the next line
         case '\r':
-            if (byteAt(i) == '\n') ++i;
+            if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
             break;
-        default:
-            if (special + 1 < text_.size()) token.text += escaped;
+        default: content += escaped;
         }
-        i = std::min(i, text_.size());
     }
+    return content;
 }
 
 void Lexer::scanName(Token& token, Tok kind, std::size_t start) const {
@@ -230,7 +292,7 @@ void Lexer::scanName(Token& token, Tok kind, std::size_t start) const {
             ++end;
     }
     if (end == start) {
-        fail(token, "A variable's name is missing after '$'.");
+        fail(token, Fault::NoName);
         return;
     }
     token.text = text_.substr(start, end - start);
@@ -238,14 +300,12 @@ void Lexer::scanName(Token& token, Tok kind, std::size_t start) const {
 }
 
 void Lexer::scanOperator(Token& token) const {
-    const std::string_view rest = text_.substr(token.begin, 2);
-    for (const Operator& known : operators) {
-        if (rest.substr(0, known.text.size()) == known.text) {
-            finish(token, known.kind, token.begin + known.text.size());
-            return;
-        }
+    const Operator found = operatorOf(byteAt(token.begin), byteAt(token.begin + std::size_t{1}));
+    if (found.kind == Tok::Error) {
+        fail(token, Fault::BadByte);
+    } else {
+        finish(token, found.kind, token.begin + found.length);
     }
-    fail(token, "Unexpected " + shown(rest.front()) + ".");
 }
 
 void Lexer::scanBareWord(Token& token) const {
@@ -261,8 +321,7 @@ void Lexer::scanBareWord(Token& token) const {
     }
     token.text = text_.substr(token.begin, end - token.begin);
     if (brackets != 0) {
-        fail(token,
-             "Unbalanced brackets in the word \"" + token.text + "\"; build it as text in parentheses.");
+        fail(token, Fault::BadBrackets);
         return;
     }
     finish(token, Tok::Bare, end);

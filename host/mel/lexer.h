@@ -11,10 +11,10 @@ namespace vesk::mel {
 
 enum class Tok : std::uint8_t {
     End,
-    Error, ///< `text` says what is wrong; `begin` is where
+    Error, ///< `fault` says what is wrong; `begin` is where
     Int,
     Float,
-    String,   ///< quoted; `text` without the quotes, escapes resolved
+    String,   ///< quoted; `text` without the quotes, escapes as they are written
     Name,     ///< also the language's own words
     Variable, ///< `text` without the `$`
     Bare,     ///< a bare word or a flag, in words only
@@ -58,13 +58,21 @@ enum class Tok : std::uint8_t {
     Or
 };
 
+/// What is wrong with an Error token.
+enum class Fault : std::uint8_t { OpenComment, OpenString, BadNumber, NoName, BadByte, BadBrackets };
+
+/// Cheap to copy: its text is a part of the lexer's.
 struct Token {
     Tok kind = Tok::End;
+    Fault fault = Fault::BadByte; ///< of Error
+    bool hasEscapes = false;      ///< of String
     std::uint32_t begin = 0;
     std::uint32_t end = 0;
-    int integer = 0;     ///< of Int
-    double number = 0.0; ///< of Float
-    std::string text;    ///< of String, Name, Variable, Bare and Error
+    union {
+        int integer;         ///< of Int
+        double number = 0.0; ///< of Float
+    };
+    std::string_view text; ///< of String, Name, Variable, Bare
 };
 
 /// Reads tokens from a position that the parser may set back. Never throws: bad input becomes an Error token,
@@ -81,6 +89,10 @@ class Lexer {
     Token nextWord();
 
     void seek(std::uint32_t offset) { at_ = offset; }
+    /// What a String token stands for.
+    static std::string contentOf(const Token& token);
+    /// What is wrong with an Error token, as a sentence.
+    static std::string messageOf(const Token& token);
     /// The byte at an offset, 0 outside the text.
     char byteAt(std::size_t offset) const { return offset < text_.size() ? text_[offset] : '\0'; }
 
@@ -88,7 +100,7 @@ class Lexer {
     /// Skips blanks and comments; false with `token` made an error for a comment without end.
     bool skipBlanks(Token& token);
     Token& finish(Token& token, Tok kind, std::size_t end) const;
-    Token& fail(Token& token, std::string message) const;
+    Token& fail(Token& token, Fault fault) const;
     void scanNumber(Token& token) const;
     void scanHexNumber(Token& token) const;
     void scanString(Token& token) const;
@@ -102,6 +114,5 @@ class Lexer {
 };
 
 bool isNameStart(char c);
-bool isNameByte(char c);
 
 } // namespace vesk::mel

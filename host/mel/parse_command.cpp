@@ -75,14 +75,15 @@ std::vector<Word> Parser::parseArguments() {
 
 void Parser::parseWords(CallExpr& call, bool inBackquotes) {
     lexer_.seek(lastEnd_);
+    call.words.reserve(4); // as many as most commands have
     for (;;) {
-        Token word = lexer_.nextWord();
+        const Token word = lexer_.nextWord();
         if (atWordEnd(word, inBackquotes)) {
             lexer_.seek(word.begin);
             now_ = lexer_.next();
             return;
         }
-        call.words.push_back(parseWord(std::move(word)));
+        call.words.push_back(parseWord(word));
     }
 }
 
@@ -104,19 +105,19 @@ bool Parser::opensBackquote(const Token& quote) const {
     return blank && isNameStart(lexer_.byteAt(quote.end));
 }
 
-Word Parser::parseWord(Token token) {
+Word Parser::parseWord(const Token& token) {
     Word word;
     word.at = token.begin;
     switch (token.kind) {
-    case Tok::Error: fail(token.begin, token.text);
+    case Tok::Error: fail(token.begin, Lexer::messageOf(token));
     case Tok::Int: word.constant = token.integer; break;
     case Tok::Float: word.constant = token.number; break;
-    case Tok::String: word.constant = std::move(token.text); break;
+    case Tok::String: word.constant = Lexer::contentOf(token); break;
     case Tok::Bare:
         if (const std::optional<int> value = booleanNamed(token.text)) {
             word.constant = *value;
         } else {
-            word.constant = std::move(token.text);
+            word.constant = token.text;
         }
         break;
     case Tok::Variable:

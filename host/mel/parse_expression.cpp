@@ -214,8 +214,10 @@ ExprPtr Parser::parsePrimary() {
     switch (token.kind) {
     case Tok::Int: advance(); return std::make_unique<ConstantExpr>(token.begin, token.integer);
     case Tok::Float: advance(); return std::make_unique<ConstantExpr>(token.begin, token.number);
-    case Tok::String: advance(); return std::make_unique<ConstantExpr>(token.begin, token.text);
-    case Tok::Variable: advance(); return std::make_unique<VariableExpr>(token.begin, token.text);
+    case Tok::String: advance(); return std::make_unique<ConstantExpr>(token.begin, Lexer::contentOf(token));
+    case Tok::Variable:
+        advance();
+        return std::make_unique<VariableExpr>(token.begin, std::string(token.text));
     case Tok::Name: return parseNameInExpression();
     case Tok::Backquote: return parseBackquoted();
     case Tok::VectorOpen: return parseAngles();
@@ -269,7 +271,7 @@ ExprPtr Parser::parseNameInExpression() {
     if (const std::optional<int> value = booleanNamed(name.text)) {
         return std::make_unique<ConstantExpr>(name.begin, *value);
     }
-    fail(name.begin, "unexpected name '" + name.text + "' in an expression.");
+    fail(name.begin, "unexpected name '" + std::string(name.text) + "' in an expression.");
 }
 
 /// `catch(...)` around an expression, or before a back-quoted command.

@@ -26,10 +26,16 @@ std::unique_ptr<ExprStmt> expressionStatement(std::uint32_t offset, ExprPtr expr
 } // namespace
 
 Type typeNamed(std::string_view name) {
-    for (const Type type : {Type::Int, Type::Float, Type::String, Type::Vector, Type::Matrix}) {
-        if (name == nameOf(type)) return type;
+    if (name.empty()) return Type::None;
+    const auto only = [name](std::string_view word, Type type) { return name == word ? type : Type::None; };
+    switch (name.front()) {
+    case 'i': return only("int", Type::Int);
+    case 'f': return only("float", Type::Float);
+    case 's': return only("string", Type::String);
+    case 'v': return only("vector", Type::Vector);
+    case 'm': return only("matrix", Type::Matrix);
+    default: return Type::None;
     }
-    return Type::None;
 }
 
 std::optional<int> booleanNamed(std::string_view name) {
@@ -79,7 +85,7 @@ void Parser::expect(Tok kind, std::string_view what) {
 
 std::string Parser::expectText(Tok kind, std::string_view what) {
     if (!at(kind)) failHere(what);
-    std::string text = std::move(now_.text);
+    std::string text(now_.text);
     advance();
     return text;
 }
@@ -89,7 +95,7 @@ void Parser::fail(std::uint32_t offset, const std::string& message) const {
 }
 
 void Parser::failHere(std::string_view wanted) const {
-    if (at(Tok::Error)) fail(now_.begin, now_.text);
+    if (at(Tok::Error)) fail(now_.begin, Lexer::messageOf(now_));
     constexpr std::size_t longest = 24;
     const std::string_view text = source_->text();
     std::string found(text.substr(now_.begin, std::min<std::size_t>(now_.end - now_.begin, longest)));

@@ -90,7 +90,7 @@ class Parser {
     bool endsFunctionForm() const;
     bool atWordEnd(const Token& word, bool inBackquotes) const;
     bool opensBackquote(const Token& quote) const;
-    Word parseWord(Token word);
+    Word parseWord(const Token& word);
     Word parseExpressionWord(const Token& word);
 
     std::shared_ptr<const Source> source_;
