@@ -3,9 +3,8 @@
 #include "app/commands.h"
 #include "app/talk.h"
 
-#include "host/api/number_text.h"
 #include "host/core/log.h"
-#include "host/data/value_data.h"
+#include "host/session/attribute_text.h"
 #include "host/session/session.h"
 
 #include <climits>
@@ -46,75 +45,6 @@ void listAll(const graph::TypeRegistry& types, bool json) {
     if (!json) std::printf("%zu of %zu types are there\n", there, std::size(kRows));
 }
 
-std::string typeText(const graph::Attribute& attribute) {
-    std::string text = attribute.typeName();
-    if (attribute.kind == graph::AttrKind::Enum) {
-        text += ':';
-        for (const auto& field : attribute.fields) {
-            text += (&field == attribute.fields.data() ? " \"" : ", \"") + field.name +
-                    "\"=" + std::to_string(field.value);
-        }
-    } else if (attribute.kind == graph::AttrKind::Generic) {
-        text += ':';
-        for (const auto type : attribute.acceptedData) {
-            graph::Attribute named;
-            named.kind = graph::AttrKind::Typed;
-            named.dataType = type;
-            text += (type == attribute.acceptedData.front() ? " " : ", ") + named.typeName();
-        }
-    }
-    return attribute.array ? text + "[]" : text;
-}
-
-std::string defaultText(const graph::Attribute& attribute) {
-    if (attribute.isNumber()) {
-        if (attribute.kind == graph::AttrKind::Numeric && attribute.numericType == MFnNumericData::kBoolean) {
-            return attribute.defaultNumber != 0 ? "true" : "false";
-        }
-        return formatDouble(attribute.defaultNumber);
-    }
-    if (const auto* text = dynamic_cast<const StringData*>(attribute.defaultData.get())) {
-        return '"' + std::string(text->value.asChar()) + '"';
-    }
-    return attribute.kind == graph::AttrKind::Matrix ? "identity" : "";
-}
-
-std::string limitsText(const graph::Attribute& attribute) {
-    std::string text;
-    const auto put = [&](const char* name, const std::optional<double>& value) {
-        if (!value) return;
-        if (!text.empty()) text += ", ";
-        text += name + formatDouble(*value);
-    };
-    put("min ", attribute.min);
-    put("max ", attribute.max);
-    put("soft min ", attribute.softMin);
-    put("soft max ", attribute.softMax);
-    return text;
-}
-
-std::string flagsText(const graph::Attribute& attribute) {
-    std::string text;
-    const auto put = [&](bool isSet, const char* name) {
-        if (!isSet) return;
-        if (!text.empty()) text += ", ";
-        text += name;
-    };
-    put(attribute.keyable, "keyable");
-    put(!attribute.writable, "not writable");
-    put(!attribute.readable, "not readable");
-    put(!attribute.storable, "not storable");
-    put(!attribute.connectable, "not connectable");
-    put(attribute.hidden, "hidden");
-    put(attribute.channelBox, "channel box");
-    put(attribute.usedAsColor, "used as colour");
-    put(!attribute.indexMatters, "index does not matter");
-    put(attribute.usesArrayDataBuilder, "array data builder");
-    put(attribute.onDisconnect == graph::DisconnectBehavior::Reset, "disconnect resets");
-    put(attribute.onDisconnect == graph::DisconnectBehavior::Delete, "disconnect deletes");
-    return text;
-}
-
 void listOne(const graph::NodeType& type, bool json) {
     if (!json) {
         std::printf("%s  type id 0x%06x  classification \"%s\"\n\n", type.name().c_str(), type.typeId,
@@ -123,21 +53,19 @@ void listOne(const graph::NodeType& type, bool json) {
                     "flags");
     }
     for (const auto& attribute : type.attributes()) {
-        int depth = 0;
-        for (const graph::Attribute* up = attribute->parent; up; up = up->parent)
-            ++depth;
-        const std::string name = std::string(static_cast<std::size_t>(2 * depth), ' ') + attribute->longName;
+        if (isPartOfRamp(*attribute)) continue;
+        const AttributeText text = attributeText(*attribute);
         if (json) {
             std::printf("{\"long\": %s, \"short\": %s, \"type\": %s, \"default\": %s, \"limits\": %s, "
                         "\"flags\": %s}\n",
                         quotedJson(attribute->longName).c_str(), quotedJson(attribute->shortName).c_str(),
-                        quotedJson(typeText(*attribute)).c_str(), quotedJson(defaultText(*attribute)).c_str(),
-                        quotedJson(limitsText(*attribute)).c_str(),
-                        quotedJson(flagsText(*attribute)).c_str());
+                        quotedJson(text.type).c_str(), quotedJson(text.defaultValue).c_str(),
+                        quotedJson(text.limits).c_str(), quotedJson(text.flags).c_str());
         } else {
-            std::printf("%-28s %-10s %-44s %-10s %-22s %s\n", name.c_str(), attribute->shortName.c_str(),
-                        typeText(*attribute).c_str(), defaultText(*attribute).c_str(),
-                        limitsText(*attribute).c_str(), flagsText(*attribute).c_str());
+            const std::string name(static_cast<std::size_t>(2 * text.depth), ' ');
+            std::printf("%-28s %-10s %-44s %-10s %-22s %s\n", (name + attribute->longName).c_str(),
+                        attribute->shortName.c_str(), text.type.c_str(), text.defaultValue.c_str(),
+                        text.limits.c_str(), text.flags.c_str());
         }
     }
 }

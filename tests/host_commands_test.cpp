@@ -30,6 +30,17 @@ TEST_F(HostCommands, CreateNodeNamesShapesAndTransforms) {
     refused("createNode transform -p nobody", "nobody");
 }
 
+TEST_F(HostCommands, DeletingHistoryKeepsWhatTheShapeShows) {
+    mel("polyCube -w 4; delete -ch pCube1");
+    EXPECT_EQ(mel("objExists polyCube1"), "0");
+    EXPECT_EQ(mel("size(`listConnections pCubeShape1.inMesh`)"), "0");
+    EXPECT_EQ(mel("pointPosition -w pCube1.vtx[0]"), "-2 -0.5 0.5");
+    // What feeds another shape as well stays.
+    mel("polySphere; createNode mesh -n other; connectAttr polySphere1.output other.inMesh; delete -ch "
+        "pSphere1");
+    EXPECT_EQ(mel("objExists polySphere1"), "1");
+}
+
 TEST_F(HostCommands, RenameDeleteAndSelect) {
     EXPECT_EQ(mel("polyCube"), "pCube1 polyCube1");
     EXPECT_EQ(mel("rename pCube1 box"), "box");

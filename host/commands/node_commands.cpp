@@ -5,6 +5,7 @@
 #include "host/core/log.h"
 #include "host/graph/evaluate.h"
 #include "host/nodes/placeholder.h"
+#include "host/nodes/shape_node.h"
 
 #include <algorithm>
 #include <map>
@@ -112,10 +113,38 @@ mel::Value createNode(CommandContext& context, const Args& args) {
     return mel::Value(node.uniqueName());
 }
 
-mel::Value deleteNodes(CommandContext& context, const Args& args) {
-    if (args.isOn("constructionHistory")) {
-        throw mel::Error("delete: flag '-constructionHistory' is not there yet.");
+/// Removes a node that stood in a history, and what stood behind it, as far as nothing else is fed by them.
+void removeUnused(CommandContext& context, Node& first) {
+    std::vector<Ref<Node>> waiting{Ref<Node>(&first)};
+    while (!waiting.empty()) {
+        const Ref<Node> node = waiting.back();
+        waiting.pop_back();
+        bool isUsed = !node->isAlive() || node->type().isDag || node->isDefault || node->isLocked;
+        std::vector<Ref<Node>> behind;
+        node->eachCell([&](const graph::Cell& cell) {
+            isUsed = isUsed || !cell.destinations.empty();
+            if (cell.source) behind.emplace_back(&cell.source->node);
+        });
+        if (isUsed) continue;
+        context.scene.remove(*node);
+        waiting.insert(waiting.end(), behind.begin(), behind.end());
     }
+}
+
+/// Ends the history of the node's own geometry, or of the shapes below a transform.
+void deleteHistory(CommandContext& context, Node& node) {
+    const auto end = [&](Node& one) {
+        auto* shape = dynamic_cast<nodes::GeometryShapeNode*>(&one);
+        if (graph::Node* upstream = shape ? shape->endHistory() : nullptr) removeUnused(context, *upstream);
+    };
+    end(node);
+    if (node.type().isDag) {
+        for (DagNode* child : static_cast<DagNode&>(node).children())
+            end(*child);
+    }
+}
+
+mel::Value deleteNodes(CommandContext& context, const Args& args) {
     std::vector<Ref<Node>> doomed;
     if (args.wordCount() == 0) {
         for (const auto& item : context.scene.selection.items())
@@ -124,6 +153,11 @@ mel::Value deleteNodes(CommandContext& context, const Args& args) {
     for (const auto& name : args.wordTexts()) {
         for (Node* node : nodesNamed(context, name))
             doomed.emplace_back(node);
+    }
+    if (args.isOn("constructionHistory")) {
+        for (const auto& node : doomed)
+            deleteHistory(context, *node);
+        return mel::Value();
     }
     for (const auto& node : doomed) {
         if (!node->isAlive()) continue; // went with a parent

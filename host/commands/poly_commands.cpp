@@ -98,12 +98,9 @@ std::vector<graph::SelectionItem> operandItems(const CommandContext& context, co
 
 /// A mesh that can be written: history ends here, the shape keeps what it shows.
 geom::Mesh ownMesh(MeshNode& node) {
-    geom::Mesh mesh = node.mesh();
-    if (!node.hasInput()) return mesh;
-    log().warning("The history of '" + node.uniqueName() + "' was baked into its mesh.");
-    graph::Cell& input = node.cell(*node.findAttribute("inMesh"));
-    require(graph::disconnect(*input.source, input));
-    return mesh;
+    if (node.endHistory())
+        log().warning("The history of '" + node.uniqueName() + "' was baked into its mesh.");
+    return node.mesh();
 }
 
 std::vector<int> verticesOf(const geom::Mesh& mesh, const Component* component) {

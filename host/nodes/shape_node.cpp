@@ -94,6 +94,15 @@ bool GeometryShapeNode::hasInput() const {
     return input && input->source;
 }
 
+graph::Node* GeometryShapeNode::endHistory() {
+    if (!hasInput()) return nullptr;
+    Cell& input = cell(*plugs().input);
+    graph::Node& upstream = input.source->node;
+    (void)graph::pullData(input);
+    (void)graph::disconnect(*input.source, input);
+    return &upstream;
+}
+
 Outcome GeometryShapeNode::setOwn(const Ref<GeometryData>& geometry) {
     if (hasInput()) {
         return Outcome::fail("'" + uniqueName() + "' has construction history: its geometry cannot be set.");

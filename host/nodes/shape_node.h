@@ -29,6 +29,8 @@ class GeometryShapeNode : public graph::DagNode {
     /// What the local output carries. Pulls.
     Ref<GeometryData> shown();
     bool hasInput() const;
+    /// Lets go of the input and keeps what it shows. Gives back the node that stood there, null for none.
+    graph::Node* endHistory();
 
     graph::ComputeResult compute(graph::Cell& requested) override;
     void connectionBroken(graph::Cell& mine, graph::Cell& other, bool asSource) override;

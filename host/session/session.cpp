@@ -93,7 +93,7 @@ Outcome Session::runFile(const fs::path& file) {
 
 bool Session::runPython(std::string_view) {
     // Texts wait for an interpreter; one warning says so for all of them.
-    if (!pythonWasAskedFor_) log().warning("There is no Python in this build: Python texts are left out.");
+    if (!pythonWasAskedFor_) log().info("There is no Python in this build: Python texts are left out.");
     pythonWasAskedFor_ = true;
     return false;
 }
