@@ -20,6 +20,7 @@
 #include <maya/MIntArray.h>
 #include <maya/MItGeometry.h>
 #include <maya/MItMeshVertex.h>
+#include <maya/MMeshSmoothOptions.h>
 #include <maya/MPointArray.h>
 #include <maya/MStringArray.h>
 #include <maya/MVectorArray.h>
@@ -86,6 +87,43 @@ TEST(FnMesh, BuildsAndAnswersAboutTopology) {
     EXPECT_EQ(status, MStatus::kInvalidParameter);
     EXPECT_EQ(mesh.numPolygons(), 2);
     EXPECT_EQ(MFnMesh(MObject()).numVertices(), 0);
+}
+
+TEST(FnMeshBuilding, PolygonsWeldAndMeshesAreSmoothed) {
+    MObject data = MFnMeshData().create();
+    MFnMesh mesh;
+    const auto square = [](double x) {
+        MPointArray points;
+        for (const auto& [dx, y] : {std::pair(0, 0), std::pair(1, 0), std::pair(1, 1), std::pair(0, 1)})
+            points.append(MPoint(x + dx, y, 0));
+        return points;
+    };
+    MStatus status;
+    EXPECT_TRUE(mesh.addPolygon(square(0), true, kMFnMeshPointTolerance, MObject(), &status).isNull());
+    EXPECT_EQ(status, MStatus::kInvalidParameter);
+    EXPECT_EQ(mesh.addPolygon(square(0), true, kMFnMeshPointTolerance, data, &status), data);
+    EXPECT_FALSE(mesh.addPolygon(square(1)).isNull());
+    EXPECT_EQ(mesh.numVertices(), 6);
+    EXPECT_EQ(mesh.numPolygons(), 2);
+    EXPECT_FALSE(mesh.addPolygon(square(1), false).isNull());
+    EXPECT_EQ(mesh.numVertices(), 10);
+    EXPECT_TRUE(mesh.addPolygon(MPointArray(3, MPoint(0, 0, 0)), true, 1e-10, MObject(), &status).isNull());
+    EXPECT_EQ(mesh.numPolygons(), 3);
+
+    MMeshSmoothOptions options;
+    EXPECT_TRUE(options.setDivisions(1));
+    EXPECT_EQ(options.setDivisions(-1), MStatus::kInvalidParameter);
+    const MObject smooth = MFnMesh(twoSquares()).generateSmoothMesh(MObject(), &options, &status);
+    ASSERT_TRUE(status);
+    EXPECT_EQ(MFnMesh(smooth).numPolygons(), 8);
+    MPoint point;
+    EXPECT_TRUE(MFnMesh(smooth).getPoint(0, point));
+    EXPECT_EQ(point, MPoint(0, 0, 0));
+    EXPECT_EQ(MFnMesh(twoSquares()).generateSmoothMesh(data), data);
+    EXPECT_EQ(MFnMesh(data).numPolygons(), 32);
+    options.setDivisions(100);
+    EXPECT_TRUE(MFnMesh(data).generateSmoothMesh(MObject(), &options, &status).isNull());
+    EXPECT_EQ(status, MStatus::kFailure);
 }
 
 TEST(FnMesh, SpacesOfPointsAndNormals) {

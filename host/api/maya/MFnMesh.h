@@ -14,6 +14,7 @@ class MFloatPointArray;
 class MFloatVector;
 class MFloatVectorArray;
 class MIntArray;
+class MMeshSmoothOptions;
 class MPoint;
 class MPointArray;
 class MStringArray;
@@ -24,6 +25,8 @@ namespace vesk::geom {
 class Mesh;
 }
 class MMatrix;
+
+inline constexpr double kMFnMeshPointTolerance = 1.0e-10;
 
 /// Function set of polygon meshes: mesh data, or a mesh shape, whose output is read.
 ///
@@ -50,6 +53,15 @@ class MFnMesh : public MFnBase {
     /// A full copy without the source's matrix and object groups.
     MObject copy(const MObject& source, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
     MStatus copyInPlace(const MObject& source);
+    /// Appends a face, whose points take the lowest vertex within the tolerance if they may. An empty set
+    /// with mesh data as parent begins a mesh there. Answers with the data.
+    MObject addPolygon(const MPointArray& points, bool mergeVertices = true,
+                       double pointTolerance = kMFnMeshPointTolerance,
+                       MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
+    /// The mesh in new data, or in that of the parent, subdivided smoothly; without options, twice. This set
+    /// keeps its object. `kFailure` for a mesh that cannot be subdivided.
+    MObject generateSmoothMesh(MObject parentOrOwner = MObject::kNullObj,
+                               MMeshSmoothOptions* options = nullptr, MStatus* status = nullptr);
 
     // --- topology ---
 
