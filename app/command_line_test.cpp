@@ -193,5 +193,24 @@ TEST(Frames, AreReadAsWritten) {
     EXPECT_THROW(parseAssignment("--set", "=x"), std::invalid_argument);
 }
 
+TEST_F(CommandLine, IconsAreCheckedAndDrawn) {
+    file("icons.cfg",
+         "<element> a\n<points> 0 0 10 0 0 10\n<color> 1 0 0.5\n<alpha> 0.5\n<icon> a\n<icon> b<&>\n");
+    const Ended ended = vesk("icons icons.cfg --svg sheet.svg");
+    EXPECT_EQ(ended.code, kFailed) << "one icon is wrong; the others are drawn";
+    EXPECT_EQ(ended.out, "ERROR: line 6: icon definition contains invalid element names.\n"
+                         "INFO: 1 element(s) loaded.\nINFO: 1 icon(s) loaded.\n");
+    EXPECT_NE(
+        content("sheet.svg").find("points=\"0,0 24,0 0,-24\" fill=\"rgb(255,0,128)\" fill-opacity=\"0.5\""),
+        std::string::npos)
+        << content("sheet.svg");
+    EXPECT_EQ(vesk("icons nowhere.cfg").code, kFailed);
+    EXPECT_EQ(vesk("icons").code, kBadUsage);
+    const std::string defaults = VESK_SOURCE_DIR "/scripts/icons.cfg";
+    EXPECT_EQ(vesk("icons '" + defaults + "'").out,
+              "INFO: 56 element(s) loaded.\nINFO: 33 icon(s) loaded.\n");
+    EXPECT_EQ(vesk("icons '" + defaults + "' --svg nowhere/sheet.svg").code, kFailed);
+}
+
 } // namespace
 } // namespace vesk::app

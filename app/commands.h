@@ -12,9 +12,16 @@ struct NodesOptions {
     bool json = false;
 };
 
+struct IconsOptions {
+    std::string file;
+    std::string svg; ///< empty: no sheet
+};
+
 std::string versionText();
 int runScenes(const RunOptions& options);
 int listNodes(const NodesOptions& options);
+/// Prints what the parser reports; fails on a file that cannot be read and on icons with errors.
+int checkIcons(const IconsOptions& options);
 
 /// `build/plug-ins/Vesk.so` for `build/bin/vesk`: where the plug-in lies for a command at this place.
 std::string pluginBesideCommand();

@@ -82,9 +82,15 @@ int dispatch(int argc, char** argv) {
     nodes->add_option("--plugin", listing.plugin,
                       "the plug-in to load, in place of the one beside the command");
     nodes->add_flag("--json", listing.json, "machine-readable");
+    IconsOptions checking;
+    CLI::App* icons = app.add_subcommand("icons", "check an icons file, or draw its sheet");
+    icons->add_option("FILE", checking.file, "an icons file, such as icons.cfg")->required();
+    icons->add_option("--svg", checking.svg, "write all icons with their ordinals as a picture")
+        ->type_name("OUT");
     try {
         app.parse(argc, argv);
         if (nodes->parsed()) return listNodes(listing);
+        if (icons->parsed()) return checkIcons(checking);
         return runScenes(finished(std::move(raw)));
     } catch (const CLI::ParseError& fault) {
         return app.exit(fault, std::cout, std::cerr) == 0 ? kAllDone : kBadUsage;
