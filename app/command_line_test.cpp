@@ -130,6 +130,20 @@ TEST_F(CommandLine, BadInputNamesThePlaceAndEndsWithOne) {
     EXPECT_FALSE(fs::exists(folder / "x.npy"));
 }
 
+TEST_F(CommandLine, LimitsOfScriptsAreSetByName) {
+    file("deep.mel", "proc int down(int $n) { return $n ? 1 + down($n - 1) : 0; }\nprint(down(2000));");
+    expectFailure("run deep.mel --no-plugin", 1, "more than 1000 deep (--mel-limit recursion=N raises this)");
+    EXPECT_EQ(vesk("run deep.mel --no-plugin --mel-limit recursion=2002").out, "2000");
+    expectFailure("run deep.mel --mel-limit depth=5", 2, "no limit \"depth\" among recursion nesting array");
+    expectFailure("run deep.mel --mel-limit array=0", 2, "a whole number above 0");
+    expectFailure("run deep.mel --mel-limit array=3000000000", 2, "can be raised to 2147483647");
+    // Each line of an error but the first is a comment of its own.
+    file("bad.mel", "proc f() { nope; }\nf;");
+    expectFailure("run bad.mel --no-plugin", 1,
+                  "//   1:12 | proc f() { nope; }\n//        |            ^\n//   in f, ");
+    expectFailure("run bad.mel --no-plugin --json", 1, "\"detail\": \"1:12 | proc f() { nope; }\\n");
+}
+
 TEST_F(CommandLine, ScenesThatAreBroken) {
     const std::string head =
         "//Maya ASCII 2012 scene\ncreateNode transform -n \"a\";\n\tsetAttr \".tx\" 3;\n";

@@ -18,7 +18,7 @@ using namespace vesk::app;
 /// As written by the user; checked and split once parsing is through.
 struct RawRun {
     RunOptions options;
-    std::vector<std::string> exports, sets;
+    std::vector<std::string> exports, sets, limits;
     std::string frames, progress;
 };
 
@@ -39,6 +39,10 @@ void declareRun(CLI::App& run, RawRun& raw) {
     run.add_option("--set", raw.sets, "override a plug before evaluation")
         ->type_name("PLUG=VALUE")
         ->allow_extra_args(false);
+    run.add_option("--mel-limit", raw.limits,
+                   "set a limit of scripts: recursion, nesting, array, string, deferred, files or steps")
+        ->type_name("NAME=N")
+        ->allow_extra_args(false);
     run.add_flag("--time", raw.options.time, "report what each node type cost");
     run.add_flag("--strict", raw.options.strict, "any error logged during evaluation fails the run");
     run.add_flag("--json", raw.options.json, "make data and talk machine-readable");
@@ -58,6 +62,8 @@ RunOptions finished(RawRun raw) {
         options.exports.push_back(parseAssignment("--export", text));
     for (const auto& text : raw.sets)
         options.sets.push_back(parseAssignment("--set", text));
+    for (const auto& text : raw.limits)
+        options.limits.push_back(parseLimit(text));
     if (!raw.frames.empty()) options.frames = parseFrames(raw.frames);
     options.progress = raw.progress == "alf"      ? ProgressDialect::Alf
                        : raw.progress == "openjd" ? ProgressDialect::OpenJobDescription

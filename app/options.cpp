@@ -1,5 +1,8 @@
 #include "app/options.h"
 
+#include "host/mel/error.h"
+#include "host/mel/limits.h"
+
 #include <charconv>
 #include <cmath>
 #include <stdexcept>
@@ -49,6 +52,23 @@ std::vector<double> parseFrames(const std::string& text) {
     } while (takeLetter(rest, ','));
     if (!rest.empty()) throw fault("unexpected text behind a range");
     return frames;
+}
+
+std::pair<std::string, std::size_t> parseLimit(const std::string& text) {
+    const Assignment given = parseAssignment("--mel-limit", text);
+    std::size_t value = 0;
+    const char* const last = given.right.data() + given.right.size();
+    const auto [end, failure] = std::from_chars(given.right.data(), last, value);
+    if (failure != std::errc() || end != last || value == 0) {
+        throw std::invalid_argument("--mel-limit '" + text + "': expected a whole number above 0 after '='");
+    }
+    mel::Limits unused;
+    try {
+        mel::setLimit(unused, given.left, value);
+    } catch (const mel::Error& error) {
+        throw std::invalid_argument("--mel-limit '" + text + "': " + error.message());
+    }
+    return {given.left, value};
 }
 
 Assignment parseAssignment(const std::string& option, const std::string& text) {

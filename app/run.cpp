@@ -186,6 +186,9 @@ int runScenes(const RunOptions& options) {
     sessionOptions.pluginPath = {std::filesystem::path(pluginBesideCommand()).parent_path()};
     Session session(std::move(sessionOptions));
     session.scene().profile.timed = options.time;
+    session.mel().setInterruptCheck([] { return interrupted != 0; });
+    for (const auto& [name, value] : options.limits)
+        mel::setLimit(session.mel().limits(), name, value);
     Run run(options, session);
     bool failed = false;
     try {

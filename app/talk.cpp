@@ -24,6 +24,13 @@ const char* levelName(LogLevel level) {
     return "info";
 }
 
+std::string asJson(const LogEntry& entry) {
+    std::string line =
+        "{\"level\": \"" + std::string(levelName(entry.level)) + "\", \"text\": " + quotedJson(entry.text);
+    if (!entry.detail.empty()) line += ", \"detail\": " + quotedJson(entry.detail);
+    return line + "}";
+}
+
 } // namespace
 
 Talk::Talk(bool json) {
@@ -33,10 +40,7 @@ Talk::Talk(bool json) {
             std::fflush(stdout);
             return;
         }
-        const std::string line = json ? "{\"level\": \"" + std::string(levelName(entry.level)) +
-                                            "\", \"text\": " + quotedJson(entry.text) + "}"
-                                      : Log::decorated(entry);
-        std::fprintf(stderr, "%s\n", line.c_str());
+        std::fprintf(stderr, "%s\n", json ? asJson(entry).c_str() : Log::decorated(entry).c_str());
     });
 }
 

@@ -1,9 +1,11 @@
 #include "host/core/log.h"
 
+#include <algorithm>
+
 namespace vesk {
 
-void Log::add(LogLevel level, std::string_view text) {
-    LogEntry entry{level, std::string(text)};
+void Log::add(LogLevel level, std::string_view text, std::string_view detail) {
+    LogEntry entry{level, std::string(text), std::string(detail)};
     if (level == LogLevel::Error) ++errors_;
     if (level == LogLevel::Warning) ++warnings_;
     if (sink_) sink_(entry);
@@ -15,9 +17,17 @@ std::string Log::decorated(const LogEntry& entry) {
     case LogLevel::Print: return entry.text;
     case LogLevel::Info: return "// " + entry.text + " //";
     case LogLevel::Warning: return "// Warning: " + entry.text + " //";
-    case LogLevel::Error: return "// Error: " + entry.text + " //";
+    case LogLevel::Error: break;
     }
-    return entry.text;
+    std::string lines = "// Error: " + entry.text + " //";
+    std::string_view rest = entry.detail;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        lines += "\n//   ";
+        lines += rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return lines;
 }
 
 Log& log() {

@@ -13,7 +13,8 @@ enum class LogLevel { Print, Info, Warning, Error };
 
 struct LogEntry {
     LogLevel level;
-    std::string text; ///< without decoration; `Print` texts carry their own line ends
+    std::string text;   ///< without decoration; `Print` texts carry their own line ends
+    std::string detail; ///< lines to show below the text, parted by line ends; mostly empty
 };
 
 /// Collects messages and hands each to the sink, if there is one, as it comes.
@@ -24,8 +25,8 @@ class Log {
     void print(std::string_view text) { add(LogLevel::Print, text); }
     void info(std::string_view text) { add(LogLevel::Info, text); }
     void warning(std::string_view text) { add(LogLevel::Warning, text); }
-    void error(std::string_view text) { add(LogLevel::Error, text); }
-    void add(LogLevel level, std::string_view text);
+    void error(std::string_view text, std::string_view detail = {}) { add(LogLevel::Error, text, detail); }
+    void add(LogLevel level, std::string_view text, std::string_view detail = {});
 
     void setSink(Sink sink) { sink_ = std::move(sink); }
     /// Entries are kept only while this is on (tests); counters always run.
@@ -36,7 +37,8 @@ class Log {
     std::size_t errorCount() const { return errors_; }
     std::size_t warningCount() const { return warnings_; }
 
-    /// The decorated line as the Script Editor shows it: `// Warning: text //` and its siblings.
+    /// The decorated line as the Script Editor shows it: `// Warning: text //` and its siblings. Lines of
+    /// detail follow, each a comment as well.
     static std::string decorated(const LogEntry& entry);
 
   private:

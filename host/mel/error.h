@@ -40,7 +40,8 @@ struct Place {
     int column() const; ///< 0 when nowhere
     /// `file "x.mel" line 3`, `line 3` for a text without a name, empty when nowhere.
     std::string describe() const;
-    /// The line of text, and below it a caret under the place. Empty when nowhere.
+    /// The line of text, and below it a caret under the place; of a long line the part around it. Empty when
+    /// nowhere.
     std::string excerpt() const;
 };
 
@@ -64,6 +65,10 @@ class Error : public std::exception {
     const std::vector<StackEntry>& stack() const { return stack_; }
     /// The message with its place in front: `file "x.mel" line 3: message`.
     std::string describe() const;
+    /// The line of text with a caret under the place, numbered by line and column; then, if a procedure was
+    /// running, the procedures with their places, innermost first, one a line. Empty for an error without a
+    /// place.
+    std::string detail() const;
 
     bool isPlaced() const { return place_.source != nullptr; }
     void setPlace(Place place) { place_ = std::move(place); }

@@ -34,14 +34,19 @@ typename Array::value_type elementIn(const Value& value, std::size_t index) {
 } // namespace
 
 void Executor::resetSteps() {
-    const std::uint64_t limit = surroundings_.limits().steps;
-    stepsLeft_ = limit == Limits::kNoStepLimit ? std::numeric_limits<std::uint64_t>::max() : limit + 1;
+    const std::size_t limit = surroundings_.limits().steps;
+    stepsInStock_ = limit == Limits::kNoStepLimit ? std::numeric_limits<std::size_t>::max() : limit;
+    stepsLeft_ = 1; // the first step takes the first batch
 }
 
-void Executor::stepsExhausted() {
-    stepsLeft_ = 1; // so that a script which catches this gets no further
-    throw Error("The script took more than " + std::to_string(surroundings_.limits().steps) +
-                " steps (step limit).");
+/// Hands out a batch of steps, of which the present one is the first.
+void Executor::takeSteps() {
+    constexpr std::size_t batch = 1U << 18U; // some milliseconds
+    stepsLeft_ = 1; // so that a script which catches an error from here gets no further
+    if (surroundings_.isInterrupted()) throw Error("Interrupted.");
+    if (stepsInStock_ == 0) limitReached(surroundings_.limits(), &Limits::steps);
+    stepsLeft_ = std::min(batch, stepsInStock_);
+    stepsInStock_ -= stepsLeft_;
 }
 
 Value Executor::run(Function& function, std::span<const Value> arguments, const Unit* unit) {

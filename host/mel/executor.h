@@ -24,6 +24,8 @@ class Surroundings {
     virtual void report(Error& error) = 0;
     virtual Machine& machine() = 0;
     virtual const Limits& limits() const = 0;
+    /// Whether somebody outside wants the script to stop.
+    virtual bool isInterrupted() const = 0;
 };
 
 /// Runs compiled code. Procedures that call procedures do not use the stack of C++; commands that run code
@@ -71,9 +73,9 @@ class Executor {
     Value loop(std::size_t base);
     void recover(Error error, std::size_t base, std::size_t handlers);
     void countStep() {
-        if (--stepsLeft_ == 0) stepsExhausted();
+        if (--stepsLeft_ == 0) takeSteps();
     }
-    [[noreturn]] void stepsExhausted();
+    void takeSteps();
 
     // executor_calls.cpp
     void enter(Function& function, const Unit* unit);
@@ -113,7 +115,8 @@ class Executor {
     std::vector<Handler> handlers_;
     FrameStack<Num> numbers_;
     FrameStack<Cell> objects_;
-    std::uint64_t stepsLeft_ = 0;
+    std::size_t stepsLeft_ = 0;   ///< until `takeSteps` looks at what there is
+    std::size_t stepsInStock_ = 0; ///< that the limit leaves beyond those
 };
 
 /// An element of an array, which grows to hold it.

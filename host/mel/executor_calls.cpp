@@ -10,8 +10,7 @@ namespace vesk::mel {
 
 void Executor::enter(Function& function, const Unit* unit) {
     if (frames_.size() >= surroundings_.limits().recursion) {
-        throw Error("Procedures are nested more than " + std::to_string(surroundings_.limits().recursion) +
-                    " deep (recursion limit).");
+        limitReached(surroundings_.limits(), &Limits::recursion);
     }
     countStep();
     Frame frame;

@@ -22,15 +22,9 @@ std::size_t Executor::checkedIndex(int index) {
 }
 
 /// Before an array grows to hold an index.
-void Executor::checkGrowth(std::size_t index) const {
-    const std::size_t limit = surroundings_.limits().arraySize;
-    if (index >= limit) throw Error("An array is limited to " + std::to_string(limit) + " elements.");
-}
+void Executor::checkGrowth(std::size_t index) const { checkArraySize(index + 1, surroundings_.limits()); }
 
-void Executor::checkText(std::size_t size) const {
-    const std::size_t limit = surroundings_.limits().stringSize;
-    if (size > limit) throw Error("A string is limited to " + std::to_string(limit) + " bytes.");
-}
+void Executor::checkText(std::size_t size) const { checkStringSize(size, surroundings_.limits()); }
 
 void Executor::join(Value& to, const Value& left, const Value& right) const {
     const std::string& first = *left.ifString();

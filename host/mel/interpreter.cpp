@@ -48,8 +48,7 @@ struct Machine::Impl : Environment, Surroundings {
       public:
         explicit Level(Impl& impl) : impl_(impl) {
             if (impl.depth >= impl.limitValues.nestedRuns) {
-                throw Error("Scripts run by commands are nested more than " +
-                            std::to_string(impl.limitValues.nestedRuns) + " deep.");
+                limitReached(impl.limitValues, &Limits::nestedRuns);
             }
             if (impl.depth++ == 0) impl.executor.resetSteps();
         }
@@ -70,6 +69,7 @@ struct Machine::Impl : Environment, Surroundings {
     void report(Error& error) override;
     Machine& machine() override { return self; }
     const Limits& limits() const override { return limitValues; }
+    bool isInterrupted() const override { return interruptCheck && interruptCheck(); }
 
     std::shared_ptr<Function> procedureNamed(const std::string& name, const Module* module) const;
     std::optional<Target> targetOf(const std::string& name, const Module* module);
@@ -85,6 +85,7 @@ struct Machine::Impl : Environment, Surroundings {
     Machine& self;
     CommandTable commands;
     Limits limitValues;
+    std::function<bool()> interruptCheck;
     std::unordered_map<std::string, std::unique_ptr<Global>> globals;
     std::unordered_map<std::string, std::shared_ptr<Function>> procedures;
     /// Local procedures of texts without a file name, which all see each other.
@@ -146,7 +147,7 @@ void Machine::Impl::define(const std::shared_ptr<Function>& procedure) {
 
 void Machine::Impl::report(Error& error) {
     if (error.isReported()) return;
-    log().error(error.describe());
+    log().error(error.describe(), error.detail());
     error.setReported();
 }
 
@@ -206,8 +207,7 @@ void Machine::Impl::finish() {
     finishing = true;
     for (std::size_t count = 0; !deferred.empty(); ++count) {
         if (count >= limitValues.deferred) {
-            log().error("More than " + std::to_string(limitValues.deferred) +
-                        " deferred texts in a row; the rest is dropped.");
+            log().error(limitMessage(limitValues, &Limits::deferred));
             deferred.clear();
             break;
         }
@@ -245,6 +245,10 @@ Machine::~Machine() = default;
 CommandTable& Machine::commands() { return impl_->commands; }
 
 Limits& Machine::limits() { return impl_->limitValues; }
+
+void Machine::setInterruptCheck(std::function<bool()> isInterrupted) {
+    impl_->interruptCheck = std::move(isInterrupted);
+}
 
 Result Machine::run(std::string_view text, std::string fileName, int firstLine) {
     return impl_->reported([&] { return impl_->evaluate(text, std::move(fileName), firstLine); });

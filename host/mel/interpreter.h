@@ -3,10 +3,12 @@
 
 #include "host/mel/command.h"
 #include "host/mel/error.h"
+#include "host/mel/limits.h"
 #include "host/mel/value.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -15,25 +17,6 @@
 #include <vector>
 
 namespace vesk::mel {
-
-/// What a script may use before it is stopped with an error that names the limit.
-struct Limits {
-    static constexpr std::size_t kRecursion = 1000; ///< procedures within procedures
-    static constexpr std::size_t kNestedRuns = 100; ///< texts run by commands of texts run by commands ...
-    static constexpr std::size_t kArraySize = 1U << 26;  ///< elements of one array
-    static constexpr std::size_t kStringSize = 1U << 28; ///< bytes of one string
-    static constexpr std::size_t kTextSize = 1U << 30;   ///< bytes of a text or script file
-    static constexpr std::size_t kDeferred = 10000;      ///< deferred texts run after one top-level text
-    static constexpr std::uint64_t kNoStepLimit = 0;
-
-    std::size_t recursion = kRecursion;
-    std::size_t nestedRuns = kNestedRuns;
-    std::size_t arraySize = kArraySize;
-    std::size_t stringSize = kStringSize;
-    std::size_t deferred = kDeferred;
-    /// Turns of loops and calls of procedures in one top-level text.
-    std::uint64_t steps = kNoStepLimit;
-};
 
 /// How a text or a procedure ended.
 struct Result {
@@ -55,6 +38,8 @@ class Machine {
 
     CommandTable& commands();
     Limits& limits();
+    /// Asked now and then while a script runs; once it says true, every script stops with an error.
+    void setInterruptCheck(std::function<bool()> isInterrupted);
 
     /// Runs a text at top level. The whole text is parsed and checked first, so that after a syntax error
     /// nothing of it has run. An error is written to the log once, as `file "x.mel" line 3: message`, and

@@ -67,6 +67,29 @@ TEST_F(Mel, ErrorTellsPlaceSourceLineAndCallers) {
     EXPECT_EQ(result.stack[2].procedure, "");
     EXPECT_EQ(result.stack[2].place.line(), 13);
 
+    machine.run("f;", "f.mel");
+    log().take();
+    machine.run("proc f(int $n) {\n\tif ($n) { f($n - 1); }\n\t$n = `nope`; }\n f(20);", "f.mel");
+    const std::vector<LogEntry> entries = log().take();
+    ASSERT_EQ(entries.size(), 1U);
+    std::string shown = "// Error: file \"f.mel\" line 3: Cannot find procedure \"nope\". //\n"
+                        "//   3:8 | \t$n = `nope`; }\n"
+                        "//       | \t      ^\n"
+                        "//   in f, file \"f.mel\" line 3\n";
+    for (int i = 0; i < 7; ++i)
+        shown += "//   in f, file \"f.mel\" line 2\n";
+    EXPECT_EQ(Log::decorated(entries[0]), shown + "//   ... and 11 more\n"
+                                                  "//   in f, file \"f.mel\" line 2\n"
+                                                  "//   in f, file \"f.mel\" line 2\n"
+                                                  "//   in file \"f.mel\" line 4");
+
+    // Of a long line the part around the place; no control characters, no half characters.
+    machine.run("$a = \"" + std::string(30, '\x01') + "\"; $b = \"" + std::string(100, 'b') +
+                "\"; \tnope; $c = \"" + std::string(99, 'c') + "\xC3\xA9\";");
+    EXPECT_EQ(log().take()[0].detail, "1:150 | ..." + std::string(46, 'b') + "\"; \tnope; $c = \"" +
+                                          std::string(38, 'c') + "...\n      |    " + std::string(49, ' ') +
+                                          "\t^");
+
     machine.run("\n error \"typed\";");
     EXPECT_EQ(said(LogLevel::Error), std::vector<std::string>{"line 2: typed"});
 }
@@ -160,6 +183,9 @@ TEST_F(Mel, ScriptsOnThePathAreFoundSourcedAndKeepTheirLocals) {
 }
 
 TEST_F(Mel, LimitsStopAScriptByName) {
+    constexpr const char* kFullArray =
+        "An array is limited to 100 elements (--mel-limit array=N raises this).";
+    constexpr const char* kFullString = "A string is limited to 40 bytes (--mel-limit string=N raises this).";
     machine.limits().recursion = 50;
     machine.limits().arraySize = 100;
     machine.limits().stringSize = 40;
@@ -168,15 +194,17 @@ TEST_F(Mel, LimitsStopAScriptByName) {
                 "global proc int again(int $n) { return $n ? 1 + eval(\"again(\" + ($n - 1) + \")\") : 0; }");
     // The statement that calls is a frame as well.
     EXPECT_EQ(valueOf("down(48)"), "48");
-    EXPECT_EQ(errorOf("down(49)"), "Procedures are nested more than 50 deep (recursion limit).");
+    EXPECT_EQ(errorOf("down(49)"),
+              "Procedures are nested more than 50 deep (--mel-limit recursion=N raises this).");
     EXPECT_EQ(valueOf("again(9)"), "9");
-    EXPECT_EQ(errorOf("again(10)"), "Scripts run by commands are nested more than 10 deep.");
+    EXPECT_EQ(errorOf("again(10)"),
+              "Scripts run by commands are nested more than 10 deep (--mel-limit nesting=N raises this).");
     EXPECT_EQ(valueOf("int $a[]; $a[99] = 1; size($a)"), "100");
-    EXPECT_EQ(errorOf("$a[100] = 1;"), "An array is limited to 100 elements.");
-    EXPECT_EQ(errorOf("$a[2147483647] = 1;"), "An array is limited to 100 elements.");
+    EXPECT_EQ(errorOf("$a[100] = 1;"), kFullArray);
+    EXPECT_EQ(errorOf("$a[2147483647] = 1;"), kFullArray);
     EXPECT_EQ(valueOf("string $s = \"0123456789\"; $s += $s; $s = $s + $s; size($s)"), "40");
-    EXPECT_EQ(errorOf("$s += \"x\";"), "A string is limited to 40 bytes.");
-    EXPECT_EQ(errorOf("$s = $s + 1;"), "A string is limited to 40 bytes.");
+    EXPECT_EQ(errorOf("$s += \"x\";"), kFullString);
+    EXPECT_EQ(errorOf("$s = $s + 1;"), kFullString);
     EXPECT_EQ(valueOf("size($s)"), "40");
 }
 
@@ -184,11 +212,32 @@ TEST_F(Mel, StepLimitEndsEndlessScripts) {
     machine.limits().steps = 100;
     // Each turn but the last jumps back once; the statements are a step each.
     EXPECT_TRUE(machine.run("for ($i = 0; $i < 90; $i++);").ok);
-    EXPECT_EQ(errorOf("while (1);"), "The script took more than 100 steps (step limit).");
+    EXPECT_EQ(errorOf("while (1);"),
+              "The script took more than 100 steps (--mel-limit steps=N raises this).");
     EXPECT_EQ(errorOf("while (1) catchQuiet(eval(\"while (1);\"));"),
-              "The script took more than 100 steps (step limit).");
+              "The script took more than 100 steps (--mel-limit steps=N raises this).");
     machine.limits().steps = Limits::kNoStepLimit;
     EXPECT_TRUE(machine.run("for ($i = 0; $i < 100000; $i++);").ok);
+}
+
+TEST_F(Mel, LimitsAreSetByNameUpToWhatTheyCanBe) {
+    Limits limits;
+    for (const LimitRow& row : limitRows()) {
+        setLimit(limits, row.name, row.most);
+        EXPECT_EQ(limits.*row.value, row.most) << row.name;
+        if (row.most < static_cast<std::size_t>(-1)) {
+            EXPECT_THROW(setLimit(limits, row.name, row.most + 1), Error) << row.name;
+        }
+    }
+    EXPECT_THROW(setLimit(limits, "stack", 5), Error);
+}
+
+TEST_F(Mel, AnInterruptStopsEveryScriptThatRuns) {
+    int asked = 0;
+    machine.setInterruptCheck([&asked] { return ++asked > 3; });
+    EXPECT_EQ(errorOf("while (1) catchQuiet(eval(\"while (1);\"));"), "Interrupted.");
+    machine.setInterruptCheck(nullptr);
+    EXPECT_TRUE(machine.run("for ($i = 0; $i < 600000; $i++);").ok);
 }
 
 TEST_F(Mel, DeferredTextsRunAfterTheOutermostText) {

@@ -34,12 +34,6 @@ StringArray& textsToChange(Arguments arguments, std::size_t index) {
     return array->write();
 }
 
-void checkSize(std::size_t size, const Limits& limits) {
-    if (size > limits.arraySize) {
-        throw Error("An array is limited to " + std::to_string(limits.arraySize) + " elements.");
-    }
-}
-
 /// Elements of an array, bytes of a string, and 1 for any other value.
 Value sizeOf(LibraryState&, Arguments a) {
     const Value& value = *a[0];
@@ -125,7 +119,7 @@ Value withoutDuplicates(LibraryState&, Arguments a) {
 Value catenated(LibraryState& state, Arguments a) {
     StringArray both = textsAt(a, 0);
     const StringArray& more = textsAt(a, 1);
-    checkSize(both.size() + more.size(), *state.limits);
+    checkArraySize(both.size() + more.size(), *state.limits);
     both.insert(both.end(), more.begin(), more.end());
     return both;
 }
@@ -135,7 +129,7 @@ Value insertAt(LibraryState& state, Arguments a) {
     const int index = *a[0]->ifInt();
     StringArray& array = textsToChange(a, 1);
     if (index < 0 || static_cast<std::size_t>(index) > array.size()) return 0;
-    checkSize(array.size() + 1, *state.limits);
+    checkArraySize(array.size() + 1, *state.limits);
     array.insert(array.begin() + index, textAt(a, 2));
     return 1;
 }
@@ -146,7 +140,7 @@ Value append(LibraryState& state, Arguments a) {
     StringArray& array = textsToChange(a, 0);
     const auto wanted = static_cast<std::size_t>(std::max(*a[2]->ifInt(), 0));
     const std::size_t taken = std::min(wanted, more.size());
-    checkSize(array.size() + taken, *state.limits);
+    checkArraySize(array.size() + taken, *state.limits);
     array.insert(array.end(), more.begin(), more.begin() + static_cast<std::ptrdiff_t>(taken));
     return {};
 }

@@ -96,9 +96,7 @@ std::string joined(const StringArray& items, const std::string& separator, const
     for (std::size_t i = 0; i < items.size(); ++i) {
         if (i > 0) text += separator;
         text += items[i];
-        if (text.size() > limits.stringSize) {
-            throw Error("A string is limited to " + std::to_string(limits.stringSize) + " bytes.");
-        }
+        checkStringSize(text.size(), limits);
     }
     return text;
 }
