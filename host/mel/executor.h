@@ -32,9 +32,8 @@ class Surroundings {
 /// again do.
 class Executor {
   public:
-    explicit Executor(Surroundings& surroundings) : surroundings_(surroundings) {
-        library_.limits = &surroundings.limits();
-    }
+    explicit Executor(Surroundings& surroundings)
+        : surroundings_(surroundings), library_(surroundings.limits()) {}
 
     /// Runs a procedure with arguments, or a statement of `unit`. Throws Error, with its place and the
     /// running procedures down to this one.
@@ -115,7 +114,7 @@ class Executor {
     std::vector<Handler> handlers_;
     FrameStack<Num> numbers_;
     FrameStack<Cell> objects_;
-    std::size_t stepsLeft_ = 0;   ///< until `takeSteps` looks at what there is
+    std::size_t stepsLeft_ = 0;    ///< until `takeSteps` looks at what there is
     std::size_t stepsInStock_ = 0; ///< that the limit leaves beyond those
 };
 

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace vesk::mel {
@@ -75,6 +76,7 @@ struct Machine::Impl : Environment, Surroundings {
     std::optional<Target> targetOf(const std::string& name, const Module* module);
     std::uint64_t stamp() const { return procedureVersion + commands.version(); }
     std::optional<std::string> findOnPath(const std::string& name) const;
+    std::optional<Target> targetOrScript(const std::string& name, const Module* module);
     Value evaluate(std::string_view text, std::string fileName, int firstLine);
     Value evaluateFile(const std::string& path);
     Value callName(const std::string& name, std::span<const Value> arguments);
@@ -93,6 +95,7 @@ struct Machine::Impl : Environment, Surroundings {
     std::uint64_t procedureVersion = 1;              ///< above 0, the stamp of a call that was never resolved
     std::vector<std::shared_ptr<Function>> replaced; ///< procedures replaced while they ran
     std::vector<std::string> scriptPath;
+    std::unordered_set<std::string> foundByName; ///< script files that calls have run
     std::deque<std::string> deferred;
     bool finishing = false;
     std::size_t depth = 0;
@@ -124,14 +127,19 @@ std::optional<Target> Machine::Impl::targetOf(const std::string& name, const Mod
     return std::nullopt;
 }
 
+/// What a name means; a script of that name on the path is run first when nothing else has the name.
+std::optional<Target> Machine::Impl::targetOrScript(const std::string& name, const Module* module) {
+    std::optional<Target> target = targetOf(name, module);
+    if (target) return target;
+    const std::optional<std::string> script = findOnPath(name);
+    if (!script || foundByName.contains(*script)) return std::nullopt;
+    evaluateFile(*script);
+    foundByName.insert(*script);
+    return targetOf(name, module);
+}
+
 void Machine::Impl::resolve(CallSite& site, const Function& caller) {
-    std::optional<Target> target = targetOf(site.name, caller.module);
-    if (!target) {
-        if (const std::optional<std::string> script = findOnPath(site.name)) {
-            evaluateFile(*script);
-            target = targetOf(site.name, caller.module);
-        }
-    }
+    std::optional<Target> target = targetOrScript(site.name, caller.module);
     if (!target) throw Error("Cannot find procedure \"" + site.name + "\".");
     site.target = std::move(*target);
     site.stamp = stamp();
@@ -188,13 +196,7 @@ Value Machine::Impl::evaluateFile(const std::string& path) { return evaluate(rea
 
 Value Machine::Impl::callName(const std::string& name, std::span<const Value> arguments) {
     const Level level(*this);
-    std::optional<Target> target = targetOf(name, unnamed.get());
-    if (!target) {
-        if (const std::optional<std::string> script = findOnPath(name)) {
-            evaluateFile(*script);
-            target = targetOf(name, unnamed.get());
-        }
-    }
+    const std::optional<Target> target = targetOrScript(name, unnamed.get());
     if (!target) throw Error("Cannot find procedure \"" + name + "\".");
     if (target->procedure) return executor.run(*target->procedure, arguments);
     return executor.runCommand(*target->command, name, arguments, {});
@@ -331,6 +333,10 @@ void Machine::setGlobal(std::string_view name, const Value& value) {
 }
 
 std::vector<std::string>& Machine::scriptPath() { return impl_->scriptPath; }
+
+void Machine::rehash() { impl_->foundByName.clear(); }
+
+std::vector<std::string>& Machine::writeFolders() { return impl_->executor.library().files.writeFolders; }
 
 std::optional<std::string> Machine::findScript(const std::string& name) const {
     if (isFile(name)) return name;

@@ -72,8 +72,12 @@ class Machine {
     /// Makes the variable with the value's type, or converts the value to the type that it has.
     void setGlobal(std::string_view name, const Value& value);
 
-    /// Folders that are searched for scripts, in order.
+    /// Folders that are searched for scripts, in order. A script that a call finds by its name is run once;
+    /// if it did not define the procedure, it is not run again before `rehash`.
     std::vector<std::string>& scriptPath();
+    void rehash();
+    /// Folders below which scripts may write files; none at first.
+    std::vector<std::string>& writeFolders();
     /// The file that `name` or `name.mel` stands for, or nothing.
     std::optional<std::string> findScript(const std::string& name) const;
 

@@ -182,6 +182,59 @@ TEST_F(Mel, ScriptsOnThePathAreFoundSourcedAndKeepTheirLocals) {
     std::filesystem::remove_all(folder);
 }
 
+TEST_F(Mel, AScriptFoundByNameRunsOnceAndSourceRunsItAlways) {
+    const auto folder = std::filesystem::temp_directory_path() / "vesk_mel_once";
+    std::filesystem::create_directories(folder);
+    machine.scriptPath() = {folder.string(), folder.string() + "/."};
+    std::ofstream(folder / "late.mel") << "global int $runs; $runs++;";
+    EXPECT_EQ(errorOf("late;"), "Cannot find procedure \"late\".");
+    EXPECT_EQ(errorOf("late;"), "Cannot find procedure \"late\".");
+    EXPECT_EQ(machine.global("runs")->asInt(), 1);
+    std::ofstream(folder / "late.mel") << "$runs++; global proc int late() { return 5; }";
+    EXPECT_EQ(valueOf("rehash; late()"), "5");
+    EXPECT_EQ(valueOf("late(); late(); source late; $runs"), "3");
+    // A script that fails is tried again.
+    std::ofstream(folder / "broken.mel") << "global proc broken() { 1 +; }";
+    EXPECT_EQ(errorOf("broken;").substr(0, 12), "Syntax error");
+    std::ofstream(folder / "broken.mel") << "global proc int broken() { return 1; }";
+    EXPECT_EQ(valueOf("broken"), "1");
+    std::filesystem::remove_all(folder);
+}
+
+TEST_F(Mel, FilesAreReadAndWrittenBelowTheFoldersForThat) {
+    const auto folder = std::filesystem::temp_directory_path() / "vesk_mel_files";
+    std::filesystem::create_directories(folder / "open");
+    machine.writeFolders() = {(folder / "open").string()};
+    machine.setGlobal("in", (folder / "open/a.txt").string());
+    machine.setGlobal("out", (folder / "b.txt").string());
+    std::filesystem::create_symlink(folder / "b.txt", folder / "open/link");
+    machine.setGlobal("link", (folder / "open/link").string());
+    EXPECT_EQ(valueOf("int $f = fopen($in, \"w+\"); fprint $f \"one two\\n\"; fprint($f, 3); $f"), "1");
+    EXPECT_EQ(
+        valueOf("frewind $f; fgetline($f) + fgetword($f) + `feof $f` + `fgetline $f` + size(fgetword($f))"),
+        "one two\n310");
+    EXPECT_EQ(valueOf("fclose $f; $f = `fopen $in`; fwrite $f 7; fwrite $f 2.5; fwrite $f \"a b\"; fwrite $f "
+                      "<<1, 2, 3>>; "
+                      "fflush $f; fclose $f; $f = fopen($in, \"r\")"),
+              "1");
+    EXPECT_EQ(
+        valueOf(
+            "int $i; float $x; string $s; vector $v; fread($f, $i) + \" \" + `fread $f $x` + fread($f, $s) + "
+            "fread($f, $v) + fread($f, $i) + feof($f)"),
+        "7 2.5a b1 2 301");
+    EXPECT_EQ(valueOf("fopen($in, \"a\")"), "2");
+    machine.limits().openFiles = 2;
+    EXPECT_EQ(errorOf("fopen($in, \"r\")"),
+              "Scripts hold more than 2 files open (--mel-limit files=N raises this).");
+    EXPECT_EQ(valueOf("fclose 1; fopen($in, \"r\")"), "1");
+    for (const char* refused : {"fopen($out, \"w\")", "fopen($link, \"a\")",
+                                "fopen($in + \"/../../b.txt\", \"w\")", "fopen(\"/dev/full\", \"w\")"}) {
+        EXPECT_EQ(errorOf(refused).substr(0, 31), "fopen: scripts may write below ") << refused;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "b.txt"));
+    std::filesystem::remove_all(folder);
+}
+
 TEST_F(Mel, LimitsStopAScriptByName) {
     constexpr const char* kFullArray =
         "An array is limited to 100 elements (--mel-limit array=N raises this).";

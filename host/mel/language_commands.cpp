@@ -1,8 +1,11 @@
 #include "host/mel/language_commands.h"
 
 #include "host/core/log.h"
+#include "host/mel/display_strings.h"
 #include "host/mel/interpreter.h"
 
+#include <algorithm>
+#include <cctype>
 #include <initializer_list>
 #include <utility>
 
@@ -68,6 +71,50 @@ Value source(Call& call) { return call.machine.evaluateFile(onlyWord(call)); }
 
 Value whatIs(Call& call) { return call.machine.whatIs(onlyWord(call)); }
 
+/// `format -s "a" -s "b" "^2s and ^1s"`: the arguments in the places that name their numbers.
+Value format(Call& call) {
+    std::vector<std::string> arguments;
+    const std::string* pattern = nullptr;
+    std::vector<std::string> words;
+    for (const Value& word : call.args)
+        words.push_back(word.asString());
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool isArgument = words[i] == "-s" || words[i] == "-stringArg";
+        if (isArgument && i + 1 < words.size()) {
+            arguments.push_back(words[++i]);
+        } else if (isArgument || pattern) {
+            throw Error("format: expected -stringArg TEXT ... FORMAT.");
+        } else {
+            pattern = &words[i];
+        }
+    }
+    std::string text;
+    for (std::size_t at = 0; pattern && at < pattern->size(); ++at) {
+        std::size_t end = at + 1;
+        std::size_t number = 0;
+        while ((*pattern)[at] == '^' && end < pattern->size() &&
+               std::isdigit(static_cast<unsigned char>((*pattern)[end])))
+            number = std::min<std::size_t>(number * 10 + static_cast<std::size_t>((*pattern)[end++] - '0'),
+                                           1000000);
+        if (end == at + 1 || end >= pattern->size() || (*pattern)[end] != 's') {
+            text += (*pattern)[at];
+            continue;
+        }
+        if (number < 1 || number > arguments.size()) {
+            throw Error("format: there is no argument for ^" + std::to_string(number) + "s.");
+        }
+        text += arguments[number - 1];
+        checkStringSize(text.size(), call.machine.limits());
+        at = end;
+    }
+    return text;
+}
+
+Value rehash(Call& call) {
+    call.machine.rehash();
+    return {};
+}
+
 Value exists(Call& call) { return call.machine.whatIs(onlyWord(call)) != "Unknown"; }
 
 } // namespace
@@ -80,6 +127,9 @@ void addLanguageCommands(CommandTable& commands) {
     commands.add("source", source);
     commands.add("whatIs", whatIs);
     commands.add("exists", exists);
+    commands.add("format", format);
+    commands.add("rehash", rehash);
+    addDisplayStringCommands(commands);
 }
 
 } // namespace vesk::mel

@@ -12,7 +12,8 @@ const std::vector<const Builtin*>& allBuiltins() {
     static const std::vector<const Builtin*> list = [] {
         std::vector<const Builtin*> all;
         for (const std::span<const Builtin> table :
-             {numberFunctions(), randomFunctions(), stringFunctions(), arrayFunctions()}) {
+             {numberFunctions(), randomFunctions(), stringFunctions(), arrayFunctions(), listFunctions(),
+              nameFunctions(), systemFunctions()}) {
             for (const Builtin& builtin : table)
                 all.push_back(&builtin);
         }

@@ -3,6 +3,7 @@
 
 #include "host/mel/code.h"
 #include "host/mel/random.h"
+#include "host/mel/script_files.h"
 
 #include <span>
 #include <string_view>
@@ -14,8 +15,11 @@ struct Limits;
 
 /// What functions of the library keep between calls, and may use.
 struct LibraryState {
+    explicit LibraryState(const Limits& limitValues) : limits(limitValues), files(limitValues) {}
+
     Random random;
-    const Limits* limits = nullptr;
+    const Limits& limits;
+    ScriptFiles files;
 };
 
 /// One function with one list of parameters; a name may have several.
@@ -52,5 +56,23 @@ std::span<const Builtin> numberFunctions();
 std::span<const Builtin> randomFunctions();
 std::span<const Builtin> stringFunctions();
 std::span<const Builtin> arrayFunctions();
+std::span<const Builtin> listFunctions();
+std::span<const Builtin> nameFunctions();
+std::span<const Builtin> systemFunctions();
+
+// What the rows of those tables are written with.
+
+using Arguments = std::span<Value* const>;
+using ValueFunction = Value (*)(LibraryState&, Arguments);
+
+constexpr Builtin valueRow(std::string_view name, std::string_view parameters, Type result,
+                           ValueFunction function) {
+    return {name, parameters, result, nullptr, function};
+}
+
+inline const std::string& textAt(Arguments arguments, std::size_t index) {
+    return *arguments[index]->ifString();
+}
+inline int intAt(Arguments arguments, std::size_t index) { return *arguments[index]->ifInt(); }
 
 } // namespace vesk::mel

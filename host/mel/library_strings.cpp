@@ -1,7 +1,7 @@
 // The library's functions of strings.
 
-#include "host/mel/interpreter.h"
 #include "host/mel/library.h"
+#include "host/mel/limits.h"
 #include "host/mel/pattern.h"
 
 #include <algorithm>
@@ -10,19 +10,7 @@ namespace vesk::mel {
 
 namespace {
 
-using Arguments = std::span<Value* const>;
-using ValueFunction = Value (*)(LibraryState&, Arguments);
-
 constexpr std::string_view kBlanks = " \t\r\n\f\v";
-
-const std::string& textAt(Arguments arguments, std::size_t index) { return *arguments[index]->ifString(); }
-
-int intAt(Arguments arguments, std::size_t index) { return *arguments[index]->ifInt(); }
-
-constexpr Builtin row(std::string_view name, std::string_view parameters, Type result,
-                      ValueFunction function) {
-    return {name, parameters, result, nullptr, function};
-}
 
 /// From the byte `first` to the byte `last`, counted from 1 and both included; what lies outside is left out.
 std::string part(const std::string& text, int first, int last) {
@@ -60,9 +48,10 @@ std::string lower(std::string text) {
 }
 
 /// The pieces between any of the separators; empty ones are left out.
-StringArray tokens(std::string_view text, std::string_view separators) {
+StringArray tokens(std::string_view text, std::string_view separators, const Limits& limits) {
     StringArray pieces;
     for (;;) {
+        checkArraySize(pieces.size(), limits);
         const std::size_t first = text.find_first_not_of(separators);
         if (first == std::string_view::npos) return pieces;
         text.remove_prefix(first);
@@ -72,8 +61,9 @@ StringArray tokens(std::string_view text, std::string_view separators) {
     }
 }
 
-Value tokenizeInto(Value& variable, std::string_view text, std::string_view separators) {
-    StringArray pieces = tokens(text, separators);
+Value tokenizeInto(Value& variable, std::string_view text, std::string_view separators,
+                   const Limits& limits) {
+    StringArray pieces = tokens(text, separators, limits);
     const int count = static_cast<int>(pieces.size());
     variable = Value(std::move(pieces));
     return count;
@@ -85,57 +75,102 @@ std::string matched(const std::string& pattern, const std::string& text) {
 }
 
 /// The first fit of the pattern is replaced.
-std::string substituted(const std::string& pattern, const std::string& text, const std::string& replacement) {
+std::string substituted(const std::string& pattern, const std::string& text, const std::string& replacement,
+                        const Limits& limits) {
     const std::optional<Span> span = findPattern(pattern, text);
     if (!span) return text;
+    checkStringSize(text.size() - span->length + replacement.size(), limits);
     return std::string(text).replace(span->begin, span->length, replacement);
 }
 
-std::string joined(const StringArray& items, const std::string& separator, const Limits& limits) {
-    std::string text;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (i > 0) text += separator;
-        text += items[i];
-        checkStringSize(text.size(), limits);
+/// Every occurrence of a plain text, from the left.
+std::string substitutedAll(const std::string& text, const std::string& search, const std::string& replacement,
+                           const Limits& limits) {
+    if (search.empty()) return text;
+    std::string result;
+    std::size_t from = 0;
+    for (std::size_t at = text.find(search); at != std::string::npos; at = text.find(search, from)) {
+        result.append(text, from, at - from);
+        result += replacement;
+        checkStringSize(result.size(), limits);
+        from = at + search.size();
     }
-    return text;
+    result.append(text, from);
+    checkStringSize(result.size(), limits);
+    return result;
+}
+
+/// `"`, `\\`, newline and the like as the language writes them in a string.
+std::string encoded(const std::string& text, const Limits& limits) {
+    checkStringSize(2 * text.size(), limits);
+    std::string code;
+    for (const char c : text) {
+        switch (c) {
+        case '\n': code += "\\n"; break;
+        case '\t': code += "\\t"; break;
+        case '\r': code += "\\r"; break;
+        case '"':
+        case '\\': code += '\\'; [[fallthrough]];
+        default: code += c;
+        }
+    }
+    return code;
 }
 
 constexpr Builtin table[] = {
-    row("substring", "sii", Type::String,
+    valueRow(
+        "substring", "sii", Type::String,
         [](LibraryState&, Arguments a) -> Value { return part(textAt(a, 0), intAt(a, 1), intAt(a, 2)); }),
-    row("startString", "si", Type::String,
-        [](LibraryState&, Arguments a) -> Value { return part(textAt(a, 0), 1, intAt(a, 1)); }),
-    row("endString", "si", Type::String,
-        [](LibraryState&, Arguments a) -> Value { return tail(textAt(a, 0), intAt(a, 1)); }),
-    row("startsWith", "ss", Type::Int,
-        [](LibraryState&, Arguments a) -> Value { return textAt(a, 0).starts_with(textAt(a, 1)); }),
-    row("endsWith", "ss", Type::Int,
-        [](LibraryState&, Arguments a) -> Value { return textAt(a, 0).ends_with(textAt(a, 1)); }),
-    row("strip", "s", Type::String,
-        [](LibraryState&, Arguments a) -> Value { return stripped(textAt(a, 0)); }),
-    row("toupper", "s", Type::String,
-        [](LibraryState&, Arguments a) -> Value { return upper(textAt(a, 0)); }),
-    row("tolower", "s", Type::String,
-        [](LibraryState&, Arguments a) -> Value { return lower(textAt(a, 0)); }),
-    row("match", "ss", Type::String,
-        [](LibraryState&, Arguments a) -> Value { return matched(textAt(a, 0), textAt(a, 1)); }),
-    row("gmatch", "ss", Type::Int,
-        [](LibraryState&, Arguments a) -> Value { return matchesGlob(textAt(a, 1), textAt(a, 0)); }),
-    row("substitute", "sss", Type::String,
-        [](LibraryState&, Arguments a) -> Value {
-            return substituted(textAt(a, 0), textAt(a, 1), textAt(a, 2));
-        }),
-    row("tokenize", "sS&", Type::Int,
-        [](LibraryState&, Arguments a) -> Value { return tokenizeInto(*a[1], textAt(a, 0), kBlanks); }),
-    row("tokenize", "ssS&", Type::Int,
-        [](LibraryState&, Arguments a) -> Value { return tokenizeInto(*a[2], textAt(a, 0), textAt(a, 1)); }),
-    row("stringToStringArray", "ss", Type::Strings,
-        [](LibraryState&, Arguments a) -> Value { return tokens(textAt(a, 0), textAt(a, 1)); }),
-    row("stringArrayToString", "Ss", Type::String,
-        [](LibraryState& state, Arguments a) -> Value {
-            return joined(a[0]->asStringArray().read(), textAt(a, 1), *state.limits);
-        }),
+    valueRow("startString", "si", Type::String,
+             [](LibraryState&, Arguments a) -> Value { return part(textAt(a, 0), 1, intAt(a, 1)); }),
+    valueRow("endString", "si", Type::String,
+             [](LibraryState&, Arguments a) -> Value { return tail(textAt(a, 0), intAt(a, 1)); }),
+    valueRow("startsWith", "ss", Type::Int,
+             [](LibraryState&, Arguments a) -> Value { return textAt(a, 0).starts_with(textAt(a, 1)); }),
+    valueRow("endsWith", "ss", Type::Int,
+             [](LibraryState&, Arguments a) -> Value { return textAt(a, 0).ends_with(textAt(a, 1)); }),
+    valueRow("strip", "s", Type::String,
+             [](LibraryState&, Arguments a) -> Value { return stripped(textAt(a, 0)); }),
+    valueRow("toupper", "s", Type::String,
+             [](LibraryState&, Arguments a) -> Value { return upper(textAt(a, 0)); }),
+    valueRow("tolower", "s", Type::String,
+             [](LibraryState&, Arguments a) -> Value { return lower(textAt(a, 0)); }),
+    valueRow("match", "ss", Type::String,
+             [](LibraryState&, Arguments a) -> Value { return matched(textAt(a, 0), textAt(a, 1)); }),
+    valueRow("gmatch", "ss", Type::Int,
+             [](LibraryState&, Arguments a) -> Value { return matchesGlob(textAt(a, 1), textAt(a, 0)); }),
+    valueRow("substitute", "sss", Type::String,
+             [](LibraryState& state, Arguments a) -> Value {
+                 return substituted(textAt(a, 0), textAt(a, 1), textAt(a, 2), state.limits);
+             }),
+    valueRow("substituteAllString", "sss", Type::String,
+             [](LibraryState& state, Arguments a) -> Value {
+                 return substitutedAll(textAt(a, 0), textAt(a, 1), textAt(a, 2), state.limits);
+             }),
+    valueRow("encodeString", "s", Type::String,
+             [](LibraryState& state, Arguments a) -> Value { return encoded(textAt(a, 0), state.limits); }),
+    valueRow("capitalizeString", "s", Type::String,
+             [](LibraryState&, Arguments a) -> Value {
+                 return upper(textAt(a, 0).substr(0, 1)) +
+                        textAt(a, 0).substr(std::min<std::size_t>(1, textAt(a, 0).size()));
+             }),
+    valueRow("strcmp", "ss", Type::Int,
+             [](LibraryState&, Arguments a) -> Value {
+                 const int order = textAt(a, 0).compare(textAt(a, 1));
+                 return (order > 0) - (order < 0);
+             }),
+    valueRow("tokenize", "sS&", Type::Int,
+             [](LibraryState& state, Arguments a) -> Value {
+                 return tokenizeInto(*a[1], textAt(a, 0), kBlanks, state.limits);
+             }),
+    valueRow("tokenize", "ssS&", Type::Int,
+             [](LibraryState& state, Arguments a) -> Value {
+                 return tokenizeInto(*a[2], textAt(a, 0), textAt(a, 1), state.limits);
+             }),
+    valueRow("stringToStringArray", "ss", Type::Strings,
+             [](LibraryState& state, Arguments a) -> Value {
+                 return tokens(textAt(a, 0), textAt(a, 1), state.limits);
+             }),
 };
 
 } // namespace

@@ -15,7 +15,10 @@
 
 #include <maya/MTime.h>
 
+#include <cstdlib>
 #include <cstring>
+#include <set>
+#include <sstream>
 #include <system_error>
 
 namespace vesk {
@@ -45,6 +48,26 @@ class Session::Hooks : public api::Session {
     vesk::Session& session_;
 };
 
+namespace {
+
+/// The user's folder, then those of the list, which colons part; each once.
+std::vector<std::string> scriptFolders(const std::string& user, const char* listed) {
+    std::vector<std::string> folders;
+    std::set<fs::path> known;
+    const auto add = [&](const std::string& folder) {
+        std::error_code error;
+        const fs::path place = fs::weakly_canonical(folder + "/", error);
+        if (!folder.empty() && known.insert(place).second) folders.push_back(folder);
+    };
+    add(user);
+    std::istringstream list(listed ? listed : "");
+    for (std::string folder; std::getline(list, folder, ':');)
+        add(folder);
+    return folders;
+}
+
+} // namespace
+
 Session::Session(SessionOptions options) : options_(std::move(options)), folders_(options_.userDir) {
     graph::registerBaseTypes(types_);
     nodes::registerHostTypes(types_);
@@ -63,7 +86,8 @@ Session::Session(SessionOptions options) : options_(std::move(options)), folders
     commands::addPolyCommands(table, *context_);
     commands::addNurbsCommands(table, *context_);
     addSessionCommands(*this, *context_);
-    mel_.scriptPath().push_back(folders_.scripts());
+    mel_.scriptPath() = scriptFolders(folders_.scripts(), std::getenv("MAYA_SCRIPT_PATH"));
+    mel_.writeFolders() = {".", folders_.app(), folders_.temporary()};
     hooks_ = std::make_unique<Hooks>(*this);
     api::setSession(hooks_.get());
 }
