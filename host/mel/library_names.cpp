@@ -73,7 +73,7 @@ std::string inWords(std::string_view name) {
 /// Every byte that no name of an object can have becomes `_`, and one goes before a digit in front.
 std::string objectName(std::string name) {
     std::replace_if(
-        name.begin(), name.end(), [](char c) { return !isNameByte(c); }, '_');
+        name.begin(), name.end(), [](char c) { return !isNameStart(c) && !(c >= '0' && c <= '9'); }, '_');
     if (name.empty() || !isNameStart(name.front())) name.insert(name.begin(), '_');
     return name;
 }
