@@ -117,6 +117,11 @@ Row& Row::output() {
     return *this;
 }
 
+Row& Row::stored() {
+    MFnAttribute(*row_.attribute).setStorable(true);
+    return *this;
+}
+
 Row& Row::aside() {
     row_.role = Role::kAside;
     return *this;

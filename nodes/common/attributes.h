@@ -46,6 +46,8 @@ class AttributeTable {
         Row& usedAsColor();
         /// Written by the node alone: not writable, not storable; influenced by every input.
         Row& output();
+        /// Saved with the scene, unlike other outputs.
+        Row& stored();
         /// Neither input nor output: influences nothing.
         Row& aside();
 

@@ -10,7 +10,7 @@ void RampCurve<Channels>::set(const std::vector<Key>& keys) {
     if (keys == given_) return;
     given_ = keys;
     sorted_ = keys;
-    std::erase_if(sorted_, [](const Key& key) { return std::isnan(key.position); });
+    std::erase_if(sorted_, [](const Key& key) { return !std::isfinite(key.position); });
     std::stable_sort(sorted_.begin(), sorted_.end(),
                      [](const Key& a, const Key& b) { return a.position < b.position; });
 }

@@ -26,8 +26,10 @@ struct RampKey {
 /// At or before the first position the ramp has the first value, at or after the last the last one. Between
 /// two keys the left one says how. A spline's tangent at a key is the mean of the slopes of the segments at
 /// its two sides, or the slope of its only one. Where two keys share a position the value jumps, and at the
-/// position itself the later one holds. No keys: 0. A position that is no number: the first value; a key with
-/// such a position is not there. Worked out in double, rounded once.
+/// position itself the later one holds. No keys: 0. A position that is no number: the first value; a key
+/// whose position is no finite number is not there. Worked out in double, rounded once. The nodes read ramps
+/// into plain values and evaluate these by the same formulas (`nodes/common/ramp.h`): a change here is one
+/// there.
 template <int Channels>
 class RampCurve {
   public:

@@ -72,14 +72,19 @@ TEST(RampCurve, NumbersThatAreNone) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const std::vector<Key> keys{{0.5F, {4}, kLinear}, {0.25F, {2}, kLinear}};
     EXPECT_EQ(at(keys, nan), 2);
-    // A key with such a position is left out, wherever it stands.
-    for (std::size_t place = 0; place < 3; ++place) {
-        auto broken = keys;
-        broken.insert(broken.begin() + static_cast<std::ptrdiff_t>(place), Key{nan, {100}, kLinear});
-        EXPECT_EQ(at(broken, 0.375F), 3) << place;
-        EXPECT_EQ(at(broken, 1), 4) << place;
+    // A key with such a position, or one without end, is left out, wherever it stands.
+    const float infinity = std::numeric_limits<float>::infinity();
+    for (const float outside : {nan, infinity, -infinity}) {
+        for (std::size_t place = 0; place < 3; ++place) {
+            auto broken = keys;
+            broken.insert(broken.begin() + static_cast<std::ptrdiff_t>(place), Key{outside, {100}, kLinear});
+            EXPECT_EQ(at(broken, 0.375F), 3) << place;
+            EXPECT_EQ(at(broken, 1), 4) << place;
+        }
+        EXPECT_EQ(at({{outside, {1}, kLinear}}, 0), 0);
     }
-    EXPECT_EQ(at({{nan, {1}, kLinear}}, 0), 0);
+    EXPECT_EQ(at(keys, infinity), 4);
+    EXPECT_EQ(at(keys, -infinity), 2);
 }
 
 TEST(RampCurve, ColoursGoChannelByChannelAndChangesShow) {
