@@ -22,6 +22,11 @@ class Shared {
     const T& operator*() const { return read(); }
     const T* operator->() const { return &read(); }
 
+    /// The value without making one first: null when there is none yet.
+    const T* get() const { return value_.get(); }
+    /// The value if nobody else holds it, else null.
+    T* sole() { return value_.use_count() == 1 ? value_.get() : nullptr; }
+
     T& write() {
         if (!value_) {
             value_ = std::make_shared<T>();

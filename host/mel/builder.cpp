@@ -1,5 +1,6 @@
 #include "host/mel/builder.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace vesk::mel {
@@ -8,11 +9,7 @@ namespace {
 
 std::uint64_t bitsOf(Num number) { return std::bit_cast<std::uint64_t>(number.f); }
 
-Num numberOf(int value) {
-    Num number{0.0}; // also the half that an int does not fill, for `bitsOf`
-    number.i = value;
-    return number;
-}
+Num numberOf(int value) { return Num{.i = value}; }
 
 std::size_t checkedCount(std::size_t count) {
     if (count > kMaxRegisters) {
@@ -30,6 +27,12 @@ Reg Builder::allocate(Type type) {
     if (free.empty()) return addObject({type, -1, nullptr});
     const Reg reg = free.back();
     free.pop_back();
+    return reg;
+}
+
+Reg Builder::allocateVariable(Type type) {
+    const Reg reg = allocate(type);
+    if (isNumeric(type)) firstSet_ = std::min<std::size_t>(firstSet_, reg);
     return reg;
 }
 
@@ -83,6 +86,7 @@ Reg Builder::numberConstant(Num number) {
         known->second = static_cast<Reg>(function_.numbers.size());
         checkedCount(function_.numbers.size() + 1);
         function_.numbers.push_back(number);
+        firstSet_ = std::min<std::size_t>(firstSet_, known->second);
     }
     return known->second;
 }
@@ -92,6 +96,7 @@ Reg Builder::vectorConstant(const MVector& vector) {
     checkedCount(first + 3);
     for (const double component : {vector.x, vector.y, vector.z})
         function_.numbers.push_back(Num{component});
+    firstSet_ = std::min(firstSet_, first);
     return static_cast<Reg>(first);
 }
 
@@ -109,6 +114,16 @@ std::int32_t Builder::globalIndex(Global& global) {
     }
     return known->second;
 }
+
+std::int32_t Builder::numberCall(NumberFunction called) {
+    std::vector<NumberFunction>& calls = function_.numberCalls;
+    const auto known = std::find(calls.begin(), calls.end(), called);
+    const auto index = known - calls.begin();
+    if (known == calls.end()) calls.push_back(called);
+    return static_cast<std::int32_t>(index);
+}
+
+void Builder::finish() { function_.firstSet = std::min(firstSet_, function_.numbers.size()); }
 
 void Builder::emit(Op op, Reg a, Reg b, Reg c, std::int32_t imm) {
     function_.code.push_back({op, a, b, c, imm});

@@ -29,6 +29,8 @@ class Builder {
 
     /// A register for a value of the type: one number, three for a vector, or an object.
     Reg allocate(Type type);
+    /// The same for a variable, which is zero until it is set.
+    Reg allocateVariable(Type type);
     /// `count` registers of numbers in a row.
     Reg allocateNumbers(std::size_t count);
     void release(Type type, Reg reg);
@@ -39,6 +41,8 @@ class Builder {
     Reg bind(Global& global);
     /// The index of a global number in the function's list.
     std::int32_t globalIndex(Global& global);
+    /// The index of a library function of numbers in the function's list.
+    std::int32_t numberCall(NumberFunction called);
 
     // Instructions.
 
@@ -49,6 +53,8 @@ class Builder {
     void land(std::size_t jump, std::size_t target);
     void landHere(const Jumps& jumps);
     void landAt(const Jumps& jumps, std::size_t target);
+    /// To be called when the code is complete.
+    void finish();
 
   private:
     Reg addObject(const ObjectStart& start);
@@ -57,6 +63,7 @@ class Builder {
 
     Function& function_;
     std::uint32_t place_ = 0;
+    std::size_t firstSet_ = kMaxRegisters; ///< the first number register whose start value counts
     std::map<std::size_t, std::vector<Reg>> freeNumbers_; ///< by the length of the row
     std::map<Type, std::vector<Reg>> freeObjects_;
     std::unordered_map<std::uint64_t, Reg> numberConstants_; ///< by the bits of the number

@@ -27,6 +27,10 @@ constexpr std::size_t kMaxRegisters = 65535;
 /// Whether values of the type live in registers of numbers; the others live in registers of objects.
 inline bool isNumeric(Type type) { return type == Type::Int || type == Type::Float || type == Type::Vector; }
 
+/// A register operand that is a small number instead.
+inline int smallOf(Reg reg) { return static_cast<std::int16_t>(reg); }
+inline bool isSmall(std::int64_t number) { return number == static_cast<std::int16_t>(number); }
+
 struct Instr {
     Op op;
     Reg a = 0;
@@ -35,14 +39,19 @@ struct Instr {
     std::int32_t imm = 0;
 };
 
-/// A register of numbers. Which member counts is known where it is used.
+/// A register of numbers. Which member counts is known where it is used. An int fills the whole register: one
+/// that was written in half could not be read at once as a whole.
 union Num {
     double f;
-    std::int32_t i;
+    std::int64_t i; ///< in the range of an int
+    int whole() const { return static_cast<int>(i); }
 };
 
 struct Function;
+struct Unit;
 struct Builtin;
+struct LibraryState;
+using NumberFunction = void (*)(LibraryState& state, const Num* arguments, Num* result);
 
 /// A lasting variable. Numbers and vectors live in `numbers`, everything else in `object`; its place in
 /// memory stays as long as the interpreter.
@@ -67,17 +76,33 @@ struct Target {
     std::shared_ptr<const Command> command;
 };
 
-/// One call of a procedure or command by name.
+/// How the arguments of a call become the parameters of the procedure that its name means now.
+struct Handover {
+    struct Move {
+        Reg to = 0;
+        Reg from = 0;
+    };
+    struct Preset {
+        Reg to = 0;
+        Num value{0.0};
+    };
+    std::vector<Move> moves;         ///< numbers that need no conversion
+    std::vector<Preset> presets;     ///< constant numbers, converted already
+    std::vector<std::size_t> others; ///< arguments that are looked at in every call
+    bool hasRest = false;            ///< whether there is more than moves
+};
+
+/// One call of a procedure or command by name. The instruction says what becomes of the result.
 struct CallSite {
     std::string name;
     std::vector<Argument> arguments;
     std::vector<Value> constants; ///< the words when all of them are constants; `arguments` is empty then
-    Type resultType = Type::None; ///< what the result is converted to; None: dropped
-    Reg result = 0;
     std::uint32_t at = 0;
     // The last resolution of the name, good while the interpreter's stamp is the same.
     Target target;
     std::uint64_t stamp = 0;
+    std::uint64_t procedureStamp = 0; ///< the same when it is a procedure, else 0
+    Handover handover;                ///< when it is a procedure
 };
 
 /// One call of a library function that takes values.
@@ -110,6 +135,7 @@ struct Module {
 struct Function {
     std::string name; ///< empty for a top-level statement
     std::shared_ptr<const Source> source;
+    const Unit* unit = nullptr; ///< of a top-level statement
     Module* module = nullptr;
     std::shared_ptr<Module> keptModule; ///< of global procedures; a local one lives in its module
     bool isGlobal = false;
@@ -118,12 +144,13 @@ struct Function {
     std::vector<Instr> code;
     std::vector<std::uint32_t> places; ///< offset in the source, one for each instruction
     std::vector<Num> numbers;          ///< how the number registers start: constants, and zeros
+    std::size_t firstSet = 0;          ///< those before it are written before they are read
     std::vector<ObjectStart> objects;  ///< how the object registers start
     std::vector<Value> constants;
     std::vector<Global*> globals;
     std::vector<CallSite> calls;
+    std::vector<NumberFunction> numberCalls;
     std::vector<LibrarySite> libraryCalls;
-    int active = 0; ///< frames that are running it
 };
 
 /// A compiled text.

@@ -113,10 +113,9 @@ Operand FunctionCompiler::callByName(const CallExpr& expr, const Want& want, Typ
     if (returns != Type::None) {
         const bool takesWanted = want.type != Type::None && isConvertible(returns, want.type);
         result = temporary(takesWanted ? want.type : returns, want);
-        site.resultType = result.type;
-        site.result = result.reg;
     }
-    builder_.emit(Op::Call, 0, 0, 0, static_cast<std::int32_t>(builder_.function().calls.size()));
+    builder_.emit(Op::Call, result.reg, static_cast<Reg>(result.type), 0,
+                  static_cast<std::int32_t>(builder_.function().calls.size()));
     builder_.function().calls.push_back(std::move(site));
     for (const Operand& operand : operands)
         release(operand);
@@ -157,7 +156,7 @@ Operand FunctionCompiler::callNumbers(const Builtin& builtin, std::vector<Operan
                                       const Want& want) {
     const std::vector<BuiltinParameter> parameters = parametersOf(builtin);
     const auto width = [](Type type) { return type == Type::Vector ? std::size_t{3} : std::size_t{1}; };
-    const std::int32_t function = static_cast<std::int32_t>(indexOf(builtin));
+    const std::int32_t function = builder_.numberCall(builtin.numbers);
     if (arguments.size() == 1) { // no row to build
         const Operand only = converted(std::move(arguments.front()), parameters.front().type);
         Operand result = temporary(builtin.result, want);

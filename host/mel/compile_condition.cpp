@@ -41,6 +41,31 @@ ComparedJump floatJump(BinaryOp op, bool sense) {
     }
 }
 
+/// The jump for a comparison of an int with a small constant, which needs no register.
+struct SmallJump {
+    Op op;
+    std::int64_t number;
+};
+
+std::optional<SmallJump> smallJump(BinaryOp op, bool sense, const Operand& left, const Operand& right) {
+    if (left.isConstant() == right.isConstant()) return std::nullopt;
+    const std::int64_t number = (right.isConstant() ? right : left).constant.asInt();
+    const auto asSmall = [](Op code, std::int64_t by) -> std::optional<SmallJump> {
+        if (!isSmall(by)) return std::nullopt;
+        return SmallJump{code, by};
+    };
+    if (op == BinaryOp::Equal || op == BinaryOp::NotEqual) {
+        return asSmall((op == BinaryOp::Equal) == sense ? Op::JumpEqualSmall : Op::JumpNotEqualSmall, number);
+    }
+    // `number < n` is `n > number`; of the false forms `!(n < number)` is `n > number - 1`.
+    const bool orEqual = op == BinaryOp::LessEqual || op == BinaryOp::GreaterEqual;
+    const bool less = (op == BinaryOp::Less || op == BinaryOp::LessEqual) == right.isConstant();
+    const bool below = less == sense;
+    const bool inclusive = orEqual == sense;
+    if (below) return asSmall(Op::JumpLessSmall, inclusive ? number + 1 : number);
+    return asSmall(Op::JumpGreaterSmall, inclusive ? number - 1 : number);
+}
+
 Operand intConstant(int value) {
     Operand operand;
     operand.type = Type::Int;
@@ -106,6 +131,13 @@ bool FunctionCompiler::jumpWhenCompared(const ChainExpr& expr, bool sense, Jumps
     const Type type = form == Form::Int ? Type::Int : Type::Float;
     left = converted(std::move(left), type);
     right = converted(std::move(right), type);
+    if (const std::optional<SmallJump> small =
+            form == Form::Int ? smallJump(link.op, sense, left, right) : std::nullopt) {
+        const Operand& number = right.isConstant() ? left : right;
+        jumps.push_back(builder_.jump(small->op, registerOf(number), static_cast<Reg>(small->number)));
+        release(number);
+        return true;
+    }
     const ComparedJump jump = form == Form::Int ? intJump(link.op, sense) : floatJump(link.op, sense);
     const Reg a = registerOf(jump.swapped ? right : left);
     const Reg b = registerOf(jump.swapped ? left : right);

@@ -219,6 +219,14 @@ Operand FunctionCompiler::binary(BinaryOp op, Operand left, Operand right, const
         release(right);
         return result;
     }
+    if (form == Form::Int && right.isConstant() && (op == BinaryOp::Add || op == BinaryOp::Sub)) {
+        const int by = right.constant.asInt();
+        Operand result = temporary(Type::Int, want);
+        builder_.emit(Op::StepInt, result.reg, registerOf(left), 0,
+                      op == BinaryOp::Add ? by : subInts(0, by));
+        release(left);
+        return result;
+    }
     const TypedOps ops = arithmetic(op);
     Op code = form == Form::Int ? ops.ints : form == Form::Float ? ops.floats : ops.vectors;
     if (form == Form::Scale) code = Op::ScaleVector;

@@ -238,7 +238,9 @@ void FunctionCompiler::returnValue(const Operand& value) {
     if (value.type == Type::None) {
         builder_.emit(Op::ReturnNone);
     } else {
-        builder_.emit(Op::Return, registerOf(value), static_cast<Reg>(value.type));
+        const bool isOneNumber = value.type == Type::Int || value.type == Type::Float;
+        builder_.emit(isOneNumber ? Op::ReturnNumber : Op::Return, registerOf(value),
+                      static_cast<Reg>(value.type));
     }
     release(value);
 }

@@ -25,6 +25,7 @@ void UnitCompiler::compile(std::vector<StmtPtr> statements) {
     }
     for (StmtPtr& statement : statements) {
         std::unique_ptr<Function> function = makeFunction({});
+        function->unit = &unit_;
         FunctionCompiler(*this, *function, true).compileTopLevel(*statement);
         unit_.statements.push_back(std::move(function));
         statement.reset(); // long texts need not be in memory twice
@@ -110,6 +111,7 @@ void FunctionCompiler::compileTopLevel(const Stmt& stmt) {
             builder_.emit(Op::ReturnNone);
         }
     });
+    builder_.finish();
 }
 
 void FunctionCompiler::compileProcedure(const ProcedureStmt& stmt) {
@@ -127,6 +129,7 @@ void FunctionCompiler::compileProcedure(const ProcedureStmt& stmt) {
         block(stmt.body->statements);
         returnZero();
     });
+    builder_.finish();
 }
 
 std::optional<FunctionCompiler::Variable> FunctionCompiler::findVariable(const std::string& name) {
@@ -167,7 +170,7 @@ FunctionCompiler::Variable FunctionCompiler::declare(const Declarator& declarato
     }
     Variable variable;
     variable.type = declarator.type;
-    variable.reg = builder_.allocate(declarator.type);
+    variable.reg = builder_.allocateVariable(declarator.type);
     scope.emplace(declarator.name, variable);
     return variable;
 }

@@ -7,7 +7,10 @@
 #include "host/mel/library.h"
 
 #include <cstdint>
+#include <cstring>
+#include <new>
 #include <span>
+#include <type_traits>
 #include <vector>
 
 namespace vesk::mel {
@@ -18,7 +21,6 @@ class Surroundings {
     virtual ~Surroundings() = default;
     /// Finds what the site's name means now. Throws Error when there is nothing.
     virtual void resolve(CallSite& site, const Function& caller) = 0;
-    virtual bool isResolved(const CallSite& site) const = 0;
     virtual void define(const std::shared_ptr<Function>& procedure) = 0;
     /// Writes an error to the log unless it is there already.
     virtual void report(Error& error) = 0;
@@ -26,6 +28,12 @@ class Surroundings {
     virtual const Limits& limits() const = 0;
     /// Whether somebody outside wants the script to stop.
     virtual bool isInterrupted() const = 0;
+
+    /// Another number whenever a name may have got another meaning.
+    std::uint64_t stamp() const { return procedureVersion + commands.version(); }
+
+    CommandTable commands;
+    std::uint64_t procedureVersion = 1; ///< above 0, the stamp of a call that was never resolved
 };
 
 /// Runs compiled code. Procedures that call procedures do not use the stack of C++; commands that run code
@@ -33,11 +41,11 @@ class Surroundings {
 class Executor {
   public:
     explicit Executor(Surroundings& surroundings)
-        : surroundings_(surroundings), library_(surroundings.limits()) {}
+        : surroundings_(surroundings), limits_(surroundings.limits()), library_(limits_) {}
 
-    /// Runs a procedure with arguments, or a statement of `unit`. Throws Error, with its place and the
+    /// Runs a procedure with arguments, or a statement. Throws Error, with its place and the
     /// running procedures down to this one.
-    Value run(Function& function, std::span<const Value> arguments, const Unit* unit = nullptr);
+    Value run(Function& function, std::span<const Value> arguments);
     /// Runs a command; arrays among the words are spread.
     Value runCommand(const Command& command, std::string_view name, std::span<const Value> words,
                      Place place);
@@ -45,6 +53,7 @@ class Executor {
     /// Starts counting steps anew.
     void resetSteps();
     LibraryState& library() { return library_; }
+    bool isRunning(const Function& function) const;
 
   private:
     /// An object register: it holds a value, or stands for one elsewhere (a constant, a global variable, an
@@ -53,51 +62,62 @@ class Executor {
         Value* at = nullptr;
         Value own;
     };
+    /// Lies in the stack of numbers, right in front of its registers.
     struct Frame {
+        Frame* caller = nullptr; ///< the frame below, also of another run
         Function* function = nullptr;
-        const Unit* unit = nullptr;
-        const Instr* ip = nullptr; ///< the next instruction, while another frame runs
-        Num* numbers = nullptr;
-        Cell* objects = nullptr;
-        FrameStack<Num>::Mark numberMark;
-        FrameStack<Cell>::Mark objectMark;
+        const Instr* ip = nullptr; ///< the next instruction, unless this is the running frame
+        Cell* objects = nullptr;   ///< null when there are none
+        std::size_t depth = 0;     ///< frames up to this one
+
+        Num* numbers() { return reinterpret_cast<Num*>(this + 1); }
+        const Num* numbers() const { return reinterpret_cast<const Num*>(this + 1); }
     };
     struct Handler {
-        std::size_t depth = 0; ///< frames when it was set
+        const Frame* frame = nullptr; ///< that set it
         const Instr* ip = nullptr;
         bool quiet = false;
     };
 
     // executor.cpp
-    Value loop(std::size_t base);
-    void recover(Error error, std::size_t base, std::size_t handlers);
+    Value loop(const Frame* below);
+    void recover(Error error, const Frame* below, std::size_t handlers);
     void countStep() {
         if (--stepsLeft_ == 0) takeSteps();
     }
     void takeSteps();
 
     // executor_calls.cpp
-    void enter(Function& function, const Unit* unit);
+    Frame& enter(Function& function);
     void leave();
-    static void start(Cell& cell, Function& function, const ObjectStart& start);
+    void startObjects(Frame& frame);
+    void endObjects(Frame& frame);
     Place placeOf(const Frame& frame) const;
     static Value boxed(Type type, Reg reg, const Num* numbers, const Cell* objects);
     static Value valueOf(const Argument& argument, const Frame& frame);
-    static void deliver(Value value, Type type, Reg reg, const Frame& frame);
-    void call(CallSite& site);
-    void callProcedure(const CallSite& site, Function& function);
-    void callCommand(CallSite& site);
+    static void deliver(Value value, Type type, Reg reg, Frame& frame);
+    Frame& callProcedure(const CallSite& site);
+    void callOther(CallSite& site);
+    static Handover handoverOf(const CallSite& site, const Function& function);
+    void handOverRest(const CallSite& site);
+    void callCommand(const CallSite& site);
     void bind(const Parameter& parameter, const Argument& argument, const Frame& caller);
     void bindValue(const Parameter& parameter, const Value& value);
-    void checkCount(const Function& function, std::size_t given) const;
+    static void checkCount(const Function& function, std::size_t given);
     void callLibrary(const LibrarySite& site);
-    bool returnFrom(Type type, Reg reg, std::size_t base, Value& result);
+    bool returnFrom(Type type, Reg reg, const Frame* below, Value& result);
 
     // executor_objects.cpp
     static std::size_t checkedIndex(int index);
+    template <class Array>
+    static typename Array::value_type elementIn(const Value& value, std::int64_t index);
+    template <class Array>
+    static typename Array::value_type missingElement(int index);
     void checkGrowth(std::size_t index) const;
     template <class Array>
-    typename Array::value_type& elementToSet(Value& value, int index) const;
+    typename Array::value_type& elementToSet(Value& value, std::int64_t index) const;
+    template <class Array>
+    typename Array::value_type& elementToMake(Value& value, int index) const;
     void checkText(std::size_t size) const;
     void join(Value& to, const Value& left, const Value& right) const;
     void append(Value& to, const Value& right) const;
@@ -109,8 +129,9 @@ class Executor {
     static bool isPastEnd(const Value& list, int index);
 
     Surroundings& surroundings_;
+    const Limits& limits_;
     LibraryState library_;
-    std::vector<Frame> frames_;
+    Frame* top_ = nullptr; ///< of the running procedure
     std::vector<Handler> handlers_;
     FrameStack<Num> numbers_;
     FrameStack<Cell> objects_;
@@ -118,11 +139,75 @@ class Executor {
     std::size_t stepsInStock_ = 0; ///< that the limit leaves beyond those
 };
 
-/// An element of an array, which grows to hold it.
+// What every call and return does, inline in the loop.
+
+[[gnu::always_inline]] inline Executor::Frame& Executor::enter(Function& function) {
+    constexpr std::size_t head = sizeof(Frame) / sizeof(Num);
+    static_assert(sizeof(Frame) % sizeof(Num) == 0 && std::is_trivially_destructible_v<Frame>);
+    Frame* const caller = top_;
+    const std::size_t depth = caller ? caller->depth : 0;
+    if (depth >= limits_.recursion) [[unlikely]]
+        limitReached(limits_, &Limits::recursion);
+    countStep();
+    Num* const memory = numbers_.take(head + function.numbers.size());
+    Frame& frame = *new (memory) Frame{caller, &function, function.code.data(), nullptr, depth + 1};
+    for (std::size_t i = function.firstSet; i < function.numbers.size(); ++i)
+        memory[head + i] = function.numbers[i];
+    top_ = &frame;
+    if (!function.objects.empty()) startObjects(frame);
+    return frame;
+}
+
+[[gnu::always_inline]] inline void Executor::leave() {
+    Frame& frame = *top_;
+    if (frame.objects) endObjects(frame);
+    top_ = frame.caller;
+    numbers_.release(reinterpret_cast<Num*>(&frame));
+}
+
+/// Makes the procedure that the site stands for the running one; its return delivers the result.
+[[gnu::always_inline]] inline Executor::Frame& Executor::callProcedure(const CallSite& site) {
+    const Num* const from = top_->numbers();
+    Frame& frame = enter(*site.target.procedure);
+    Num* const to = frame.numbers();
+    for (const Handover::Move& move : site.handover.moves)
+        to[move.to] = from[move.from];
+    if (site.handover.hasRest) handOverRest(site);
+    return frame;
+}
+
+// Element access, inline where the element is there. A negative index is beyond every size too.
+
 template <class Array>
-typename Array::value_type& Executor::elementToSet(Value& value, int index) const {
+typename Array::value_type Executor::elementIn(const Value& value, std::int64_t index) {
+    const Array* const array = value.as<Shared<Array>>().get();
+    const auto at = static_cast<std::size_t>(index);
+    if (array && at < array->size()) [[likely]]
+        return (*array)[at];
+    return missingElement<Array>(static_cast<int>(index));
+}
+
+template <class Array>
+typename Array::value_type& Executor::elementToSet(Value& value, std::int64_t index) const {
+    Array* const array = value.as<Shared<Array>>().sole();
+    const auto at = static_cast<std::size_t>(index);
+    if (array && at < array->size()) [[likely]]
+        return (*array)[at];
+    return elementToMake<Array>(value, static_cast<int>(index));
+}
+
+/// Past the end there are zeros.
+template <class Array>
+[[gnu::noinline]] typename Array::value_type Executor::missingElement(int index) {
+    checkedIndex(index);
+    return {};
+}
+
+/// The array becomes this holder's own and grows to hold the element.
+template <class Array>
+[[gnu::noinline]] typename Array::value_type& Executor::elementToMake(Value& value, int index) const {
     const std::size_t at = checkedIndex(index);
-    Array& array = value.ifShared<Array>()->write();
+    Array& array = value.as<Shared<Array>>().write();
     if (at >= array.size()) {
         checkGrowth(at);
         array.resize(at + 1);

@@ -8,50 +8,35 @@
 
 namespace vesk::mel {
 
-void Executor::enter(Function& function, const Unit* unit) {
-    if (frames_.size() >= surroundings_.limits().recursion) {
-        limitReached(surroundings_.limits(), &Limits::recursion);
-    }
-    countStep();
-    Frame frame;
-    frame.function = &function;
-    frame.unit = unit;
-    frame.ip = function.code.data();
-    frame.numberMark = numbers_.mark();
-    frame.objectMark = objects_.mark();
-    frame.numbers = numbers_.take(function.numbers.size());
-    frame.objects = objects_.take(function.objects.size());
-    if (!function.numbers.empty()) {
-        std::memcpy(frame.numbers, function.numbers.data(), function.numbers.size() * sizeof(Num));
-    }
-    for (std::size_t i = 0; i < function.objects.size(); ++i) {
-        start(frame.objects[i], function, function.objects[i]);
-    }
-    frames_.push_back(frame);
-    ++function.active;
-}
-
-void Executor::start(Cell& cell, Function& function, const ObjectStart& start) {
-    if (start.constant >= 0) {
-        cell.at = &function.constants[static_cast<std::size_t>(start.constant)];
-    } else if (start.global) {
-        cell.at = &start.global->object;
-    } else {
-        cell.at = &cell.own;
-        cell.own = Value::zero(start.type);
-    }
-}
-
-void Executor::leave() {
-    const Frame& frame = frames_.back();
+void Executor::startObjects(Frame& frame) {
     Function& function = *frame.function;
-    for (std::size_t i = 0; i < function.objects.size(); ++i) {
+    frame.objects = objects_.take(function.objects.size());
+    Cell* next = frame.objects;
+    for (const ObjectStart& start : function.objects) {
+        Cell& cell = *next++;
+        if (start.constant >= 0) {
+            cell.at = &function.constants[static_cast<std::size_t>(start.constant)];
+        } else if (start.global) {
+            cell.at = &start.global->object;
+        } else {
+            cell.at = &cell.own;
+            cell.own = Value::zero(start.type);
+        }
+    }
+}
+
+void Executor::endObjects(Frame& frame) {
+    for (std::size_t i = 0; i < frame.function->objects.size(); ++i) {
         if (!frame.objects[i].own.isNone()) frame.objects[i].own = Value();
     }
-    --function.active;
-    numbers_.release(frame.numberMark);
-    objects_.release(frame.objectMark);
-    frames_.pop_back();
+    objects_.release(frame.objects);
+}
+
+bool Executor::isRunning(const Function& function) const {
+    for (const Frame* frame = top_; frame; frame = frame->caller) {
+        if (frame->function == &function) return true;
+    }
+    return false;
 }
 
 /// The instruction that a frame is at, or is waiting in.
@@ -64,7 +49,7 @@ Place Executor::placeOf(const Frame& frame) const {
 Value Executor::boxed(Type type, Reg reg, const Num* numbers, const Cell* objects) {
     switch (type) {
     case Type::None: return {};
-    case Type::Int: return numbers[reg].i;
+    case Type::Int: return numbers[reg].whole();
     case Type::Float: return numbers[reg].f;
     case Type::Vector: return MVector(numbers[reg].f, numbers[reg + 1].f, numbers[reg + 2].f);
     default: return *objects[reg].at;
@@ -73,19 +58,19 @@ Value Executor::boxed(Type type, Reg reg, const Num* numbers, const Cell* object
 
 Value Executor::valueOf(const Argument& argument, const Frame& frame) {
     if (argument.isConstant) return argument.constant;
-    return boxed(argument.type, argument.reg, frame.numbers, frame.objects);
+    return boxed(argument.type, argument.reg, frame.numbers(), frame.objects);
 }
 
 /// Puts a value into a register of the type, converted.
-void Executor::deliver(Value value, Type type, Reg reg, const Frame& frame) {
+void Executor::deliver(Value value, Type type, Reg reg, Frame& frame) {
     switch (type) {
     case Type::None: break;
-    case Type::Int: frame.numbers[reg].i = value.asInt(); break;
-    case Type::Float: frame.numbers[reg].f = value.asFloat(); break;
+    case Type::Int: frame.numbers()[reg].i = value.asInt(); break;
+    case Type::Float: frame.numbers()[reg].f = value.asFloat(); break;
     case Type::Vector: {
         const MVector vector = value.asVector();
         for (unsigned int i = 0; i < 3; ++i)
-            frame.numbers[reg + i].f = vector[i];
+            frame.numbers()[reg + i].f = vector[i];
         break;
     }
     default:
@@ -97,32 +82,70 @@ void Executor::deliver(Value value, Type type, Reg reg, const Frame& frame) {
     }
 }
 
-void Executor::call(CallSite& site) {
-    if (!surroundings_.isResolved(site)) surroundings_.resolve(site, *frames_.back().function);
+/// A call of a command, or of a name whose meaning has to be found first.
+void Executor::callOther(CallSite& site) {
+    if (site.stamp != surroundings_.stamp()) {
+        surroundings_.resolve(site, *top_->function);
+        if (const Function* procedure = site.target.procedure) {
+            site.procedureStamp = 0;
+            const std::uint64_t stamp = std::exchange(site.stamp, 0); // not resolved while it does not fit
+            checkCount(*procedure, site.arguments.size() + site.constants.size());
+            site.handover = handoverOf(site, *procedure);
+            site.stamp = site.procedureStamp = stamp;
+        }
+    }
     if (site.target.procedure) {
-        callProcedure(site, *site.target.procedure);
+        callProcedure(site);
     } else {
         callCommand(site);
     }
 }
 
-void Executor::checkCount(const Function& function, std::size_t given) const {
+void Executor::checkCount(const Function& function, std::size_t given) {
     if (function.parameters.size() == given) return;
     throw Error("Wrong number of arguments on call to " + function.name + ": " + std::to_string(given) +
                 " instead of " + std::to_string(function.parameters.size()) + ".");
 }
 
-/// Makes the procedure the running one; its return delivers the result.
-void Executor::callProcedure(const CallSite& site, Function& function) {
-    checkCount(function, site.arguments.size() + site.constants.size());
-    const Frame caller = frames_.back();
-    enter(function, nullptr);
-    try {
-        for (std::size_t i = 0; i < site.constants.size(); ++i) {
-            bindValue(function.parameters[i], site.constants[i]);
+/// Numbers are handed over by plain copies, whatever needs more is left to every call.
+Handover Executor::handoverOf(const CallSite& site, const Function& function) {
+    Handover handover;
+    for (std::size_t i = 0; i < function.parameters.size(); ++i) {
+        const Parameter& parameter = function.parameters[i];
+        const Argument* const argument = site.arguments.empty() ? nullptr : &site.arguments[i];
+        const bool isConstant = !argument || argument->isConstant;
+        const Value& constant = argument ? argument->constant : site.constants[i];
+        if (isConstant && parameter.type == Type::Int && constant.isNumber()) {
+            handover.presets.push_back({parameter.reg, Num{.i = constant.asInt()}});
+        } else if (isConstant && parameter.type == Type::Float && constant.isNumber()) {
+            handover.presets.push_back({parameter.reg, Num{.f = constant.asFloat()}});
+        } else if (!isConstant && isNumeric(parameter.type) && parameter.type == argument->type) {
+            const Reg width = parameter.type == Type::Vector ? 3 : 1;
+            for (Reg k = 0; k < width; ++k) {
+                handover.moves.push_back(
+                    {static_cast<Reg>(parameter.reg + k), static_cast<Reg>(argument->reg + k)});
+            }
+        } else {
+            handover.others.push_back(i);
         }
-        for (std::size_t i = 0; i < site.arguments.size(); ++i) {
-            bind(function.parameters[i], site.arguments[i], caller);
+    }
+    handover.hasRest = !handover.presets.empty() || !handover.others.empty();
+    return handover;
+}
+
+/// The arguments that are not mere numbers in registers.
+void Executor::handOverRest(const CallSite& site) {
+    for (const Handover::Preset& preset : site.handover.presets)
+        top_->numbers()[preset.to] = preset.value;
+    const Frame& caller = *top_->caller;
+    try {
+        for (const std::size_t i : site.handover.others) {
+            const Parameter& parameter = top_->function->parameters[i];
+            if (site.arguments.empty()) {
+                bindValue(parameter, site.constants[i]);
+            } else {
+                bind(parameter, site.arguments[i], caller);
+            }
         }
     } catch (const Error&) {
         leave(); // what does not fit is the caller's fault
@@ -131,17 +154,11 @@ void Executor::callProcedure(const CallSite& site, Function& function) {
 }
 
 void Executor::bind(const Parameter& parameter, const Argument& argument, const Frame& caller) {
-    const Frame& frame = frames_.back();
     if (argument.isConstant) {
         bindValue(parameter, argument.constant);
-    } else if (parameter.type == argument.type && isNumeric(parameter.type)) {
-        const std::size_t width = parameter.type == Type::Vector ? 3 : 1;
-        for (std::size_t i = 0; i < width; ++i) {
-            frame.numbers[parameter.reg + i] = caller.numbers[argument.reg + i];
-        }
     } else if (isArray(parameter.type) && !isNumeric(argument.type) &&
                caller.objects[argument.reg].at->type() == parameter.type) {
-        frame.objects[parameter.reg].at = caller.objects[argument.reg].at; // by reference
+        top_->objects[parameter.reg].at = caller.objects[argument.reg].at; // by reference
     } else {
         bindValue(parameter, valueOf(argument, caller));
     }
@@ -149,17 +166,17 @@ void Executor::bind(const Parameter& parameter, const Argument& argument, const 
 
 void Executor::bindValue(const Parameter& parameter, const Value& value) {
     if (!isConvertible(value.type(), parameter.type)) {
-        throw Error("Wrong type of argument \"$" + parameter.name + "\" on call to " +
-                    frames_.back().function->name + ": " + std::string(nameOf(value.type())) +
-                    " instead of " + std::string(nameOf(parameter.type)) + ".");
+        throw Error("Wrong type of argument \"$" + parameter.name + "\" on call to " + top_->function->name +
+                    ": " + std::string(nameOf(value.type())) + " instead of " +
+                    std::string(nameOf(parameter.type)) + ".");
     }
-    deliver(value, parameter.type, parameter.reg, frames_.back());
+    deliver(value, parameter.type, parameter.reg, *top_);
 }
 
-void Executor::callCommand(CallSite& site) {
+void Executor::callCommand(const CallSite& site) {
     // The command may change what the site stands for, and it may remove itself.
     const std::shared_ptr<const Command> command = site.target.command;
-    const Frame frame = frames_.back();
+    Frame& frame = *top_; // stays where it is
     const Place place{frame.function->source, site.at};
     Value result;
     if (site.arguments.empty()) {
@@ -171,7 +188,8 @@ void Executor::callCommand(CallSite& site) {
             words.push_back(valueOf(argument, frame));
         result = runCommand(*command, site.name, words, place);
     }
-    deliver(std::move(result), site.resultType, site.result, frame);
+    const Instr& instr = frame.ip[-1];
+    deliver(std::move(result), static_cast<Type>(instr.b), instr.a, frame);
 }
 
 Value Executor::runCommand(const Command& command, std::string_view name, std::span<const Value> words,
@@ -194,7 +212,7 @@ void Executor::callLibrary(const LibrarySite& site) {
     constexpr std::size_t most = 8; // parameters of any library function
     Value numbers[most];
     Value* arguments[most];
-    const Frame frame = frames_.back();
+    Frame& frame = *top_; // stays where it is
     const std::size_t count = site.arguments.size();
     for (std::size_t i = 0; i < count; ++i) {
         const Argument& argument = site.arguments[i];
@@ -211,34 +229,22 @@ void Executor::callLibrary(const LibrarySite& site) {
 
 /// Ends the running procedure with the value of a register. True when it is the one that `run` started; then
 /// `result` is the value. Otherwise the value goes to where the caller wants it.
-bool Executor::returnFrom(Type type, Reg reg, std::size_t base, Value& result) {
-    const Frame frame = frames_.back();
-    const bool outermost = frames_.size() == base + 1;
-    const CallSite* site = nullptr;
-    if (!outermost) {
-        const Frame& caller = frames_[frames_.size() - 2];
-        site = &caller.function->calls[static_cast<std::size_t>((caller.ip - 1)->imm)];
-        if (isNumeric(type) && site->resultType == type) {
-            const std::size_t width = type == Type::Vector ? 3 : 1;
-            for (std::size_t i = 0; i < width; ++i) {
-                caller.numbers[site->result + i] = frame.numbers[reg + i];
-            }
-            leave();
-            return false;
-        }
-    }
+bool Executor::returnFrom(Type type, Reg reg, const Frame* below, Value& result) {
+    Frame& frame = *top_; // stays where it is
+    const bool outermost = frame.caller == below;
     Value value;
     if (!isNumeric(type) && type != Type::None && frame.objects[reg].at == &frame.objects[reg].own) {
         value = std::move(frame.objects[reg].own);
     } else {
-        value = boxed(type, reg, frame.numbers, frame.objects);
+        value = boxed(type, reg, frame.numbers(), frame.objects);
     }
     leave();
     if (outermost) {
         result = std::move(value);
         return true;
     }
-    deliver(std::move(value), site->resultType, site->result, frames_.back());
+    const Instr& site = top_->ip[-1];
+    deliver(std::move(value), static_cast<Type>(site.b), site.a, *top_);
     return false;
 }
 

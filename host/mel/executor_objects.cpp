@@ -22,9 +22,9 @@ std::size_t Executor::checkedIndex(int index) {
 }
 
 /// Before an array grows to hold an index.
-void Executor::checkGrowth(std::size_t index) const { checkArraySize(index + 1, surroundings_.limits()); }
+void Executor::checkGrowth(std::size_t index) const { checkArraySize(index + 1, limits_); }
 
-void Executor::checkText(std::size_t size) const { checkStringSize(size, surroundings_.limits()); }
+void Executor::checkText(std::size_t size) const { checkStringSize(size, limits_); }
 
 void Executor::join(Value& to, const Value& left, const Value& right) const {
     const std::string& first = *left.ifString();

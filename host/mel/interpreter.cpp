@@ -65,7 +65,6 @@ struct Machine::Impl : Environment, Surroundings {
     Global* findGlobal(const std::string& name) override;
     const Function* findProcedure(const std::string& name, const Module* module) override;
     void resolve(CallSite& site, const Function& caller) override;
-    bool isResolved(const CallSite& site) const override { return site.stamp == stamp(); }
     void define(const std::shared_ptr<Function>& procedure) override;
     void report(Error& error) override;
     Machine& machine() override { return self; }
@@ -74,7 +73,6 @@ struct Machine::Impl : Environment, Surroundings {
 
     std::shared_ptr<Function> procedureNamed(const std::string& name, const Module* module) const;
     std::optional<Target> targetOf(const std::string& name, const Module* module);
-    std::uint64_t stamp() const { return procedureVersion + commands.version(); }
     std::optional<std::string> findOnPath(const std::string& name) const;
     std::optional<Target> targetOrScript(const std::string& name, const Module* module);
     Value evaluate(std::string_view text, std::string fileName, int firstLine);
@@ -85,14 +83,12 @@ struct Machine::Impl : Environment, Surroundings {
     Result reported(Work work);
 
     Machine& self;
-    CommandTable commands;
     Limits limitValues;
     std::function<bool()> interruptCheck;
     std::unordered_map<std::string, std::unique_ptr<Global>> globals;
     std::unordered_map<std::string, std::shared_ptr<Function>> procedures;
     /// Local procedures of texts without a file name, which all see each other.
     std::shared_ptr<Module> unnamed = std::make_shared<Module>();
-    std::uint64_t procedureVersion = 1;              ///< above 0, the stamp of a call that was never resolved
     std::vector<std::shared_ptr<Function>> replaced; ///< procedures replaced while they ran
     std::vector<std::string> scriptPath;
     std::unordered_set<std::string> foundByName; ///< script files that calls have run
@@ -148,7 +144,7 @@ void Machine::Impl::resolve(CallSite& site, const Function& caller) {
 void Machine::Impl::define(const std::shared_ptr<Function>& procedure) {
     auto& table = procedure->isGlobal ? procedures : procedure->module->procedures;
     std::shared_ptr<Function>& slot = table[procedure->name];
-    if (slot && slot->active > 0) replaced.push_back(slot);
+    if (slot && executor.isRunning(*slot)) replaced.push_back(slot);
     slot = procedure;
     ++procedureVersion;
 }
@@ -187,7 +183,7 @@ Value Machine::Impl::evaluate(std::string_view text, std::string fileName, int f
     }
     Value value;
     for (const std::unique_ptr<Function>& statement : unit->statements) {
-        value = executor.run(*statement, {}, unit.get());
+        value = executor.run(*statement, {});
     }
     return value;
 }
@@ -304,7 +300,7 @@ std::optional<Value> Machine::global(std::string_view name) const {
     const Global* global = impl_->findGlobal(bareName(name));
     if (!global) return std::nullopt;
     switch (global->type) {
-    case Type::Int: return global->numbers[0].i;
+    case Type::Int: return global->numbers[0].whole();
     case Type::Float: return global->numbers[0].f;
     case Type::Vector: return MVector(global->numbers[0].f, global->numbers[1].f, global->numbers[2].f);
     default: return global->object;

@@ -67,11 +67,4 @@ std::vector<const Builtin*> builtinsNamed(std::string_view name) {
     return found == builtinNames().end() ? std::vector<const Builtin*>() : found->second;
 }
 
-const Builtin& builtinAt(std::size_t index) { return *allBuiltins()[index]; }
-
-std::size_t indexOf(const Builtin& builtin) {
-    const auto& all = allBuiltins();
-    return static_cast<std::size_t>(std::find(all.begin(), all.end(), &builtin) - all.begin());
-}
-
 } // namespace vesk::mel

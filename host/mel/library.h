@@ -32,7 +32,7 @@ struct Builtin {
 
     /// Functions of numbers only: the arguments lie in a row, three numbers for each vector; the result
     /// likewise.
-    void (*numbers)(LibraryState& state, const Num* arguments, Num* result) = nullptr;
+    NumberFunction numbers = nullptr;
     /// All others. The arguments have the types of the parameters.
     Value (*values)(LibraryState& state, std::span<Value* const> arguments) = nullptr;
 };
@@ -47,9 +47,6 @@ std::vector<BuiltinParameter> parametersOf(const Builtin& builtin);
 
 /// All functions of that name; empty when there is none.
 std::vector<const Builtin*> builtinsNamed(std::string_view name);
-/// The function that `indexOf` gave this index.
-const Builtin& builtinAt(std::size_t index);
-std::size_t indexOf(const Builtin& builtin);
 
 // The tables, one for each file.
 std::span<const Builtin> numberFunctions();

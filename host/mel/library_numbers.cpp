@@ -12,8 +12,6 @@ namespace {
 
 constexpr double kDegrees = 57.29577951308232; ///< in a radian
 
-using NumberFunction = void (*)(LibraryState&, const Num*, Num*);
-
 MVector vectorAt(const Num* numbers) { return {numbers[0].f, numbers[1].f, numbers[2].f}; }
 
 void put(Num* result, const MVector& vector) {
@@ -109,7 +107,7 @@ constexpr Builtin table[] = {
     unary<signOf>("sign"),
     unary<std::fabs>("abs"),
     row("abs", "i", Type::Int,
-        [](LibraryState&, const Num* a, Num* r) { r->i = a->i < 0 ? subInts(0, a->i) : a->i; }),
+        [](LibraryState&, const Num* a, Num* r) { r->i = a->i < 0 ? subInts(0, a->whole()) : a->whole(); }),
     row("sign", "i", Type::Int, [](LibraryState&, const Num* a, Num* r) { r->i = (a->i > 0) - (a->i < 0); }),
 
     binary<std::pow>("pow"),
@@ -176,7 +174,7 @@ MVector gaussVector(Random& random) {
 constexpr Builtin randomTable[] = {
     row("seed", "i", Type::Int,
         [](LibraryState& state, const Num* a, Num* r) {
-            const int seed = a->i;
+            const int seed = a->whole();
             state.random.seed(static_cast<std::uint32_t>(seed));
             r->i = seed;
         }),

@@ -61,6 +61,7 @@
     X(JumpIf)        /* int na is not 0 */ \
     X(JumpUnless)    /* int na is 0 */ \
     X(JumpLessInt) X(JumpLessEqualInt) X(JumpEqualInt) X(JumpNotEqualInt)  /* na op nb */ \
+    X(JumpLessSmall) X(JumpGreaterSmall) X(JumpEqualSmall) X(JumpNotEqualSmall) /* int na op the number b */ \
     X(JumpLessFloat) X(JumpLessEqualFloat) X(JumpEqualFloat) X(JumpNotEqualFloat) \
     X(JumpNotLessFloat) X(JumpNotLessEqualFloat)  /* not the same as the opposite order: NaN */ \
     X(JumpUnlessElement) /* int na is not below the size of ob: the end of a loop over an array */ \
@@ -79,9 +80,10 @@
     X(LoadNumber) X(LoadVector)    /* na = global */ \
     X(StoreNumber) X(StoreVector)  /* global = na */ \
     /* Calls. */ \
-    X(Call)          /* call site imm */ \
+    X(Call)          /* call site imm; the result goes to the register a, as type b */ \
     X(CallNumbers)   /* na = library function imm of the numbers from nb on */ \
-    X(CallValues)   /* library call site imm */ \
+    X(CallValues)    /* library call site imm */ \
+    X(ReturnNumber)  /* the int or float na, its type is b */ \
     X(Return)        /* the register a, its type is b */ \
     X(ReturnNone) \
     X(Define)        /* procedure imm of the unit */ \

@@ -166,27 +166,6 @@ void illegalOperation(BinaryOp op, Type left, Type right) {
 
 void divisionByZero() { throw Error("Division by zero."); }
 
-int addInts(int a, int b) { return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b)); }
-
-int subInts(int a, int b) { return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b)); }
-
-int mulInts(int a, int b) { return static_cast<int>(static_cast<unsigned>(a) * static_cast<unsigned>(b)); }
-
-int divInts(int a, int b) {
-    if (b == 0) divisionByZero();
-    return b == -1 ? subInts(0, a) : a / b; // the smallest int by -1 would trap
-}
-
-int modInts(int a, int b) {
-    if (b == 0) divisionByZero();
-    return b == -1 ? 0 : a % b;
-}
-
-double divFloats(double a, double b) {
-    if (b == 0.0) divisionByZero();
-    return a / b;
-}
-
 double modFloats(double a, double b) {
     if (b == 0.0) divisionByZero();
     return std::fmod(a, b);

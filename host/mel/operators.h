@@ -28,12 +28,37 @@ Type resultOf(BinaryOp op, Form form);
 [[noreturn]] void divisionByZero();
 
 // Integers wrap around; division and remainder by zero throw.
-int addInts(int a, int b);
-int subInts(int a, int b);
-int mulInts(int a, int b);
-int divInts(int a, int b);
-int modInts(int a, int b);
-double divFloats(double a, double b);
+
+inline int addInts(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
+}
+
+inline int subInts(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
+}
+
+inline int mulInts(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) * static_cast<unsigned>(b));
+}
+
+inline int divInts(int a, int b) {
+    if (b == 0) [[unlikely]]
+        divisionByZero();
+    return b == -1 ? subInts(0, a) : a / b; // the smallest int by -1 would trap
+}
+
+inline int modInts(int a, int b) {
+    if (b == 0) [[unlikely]]
+        divisionByZero();
+    return b == -1 ? 0 : a % b;
+}
+
+inline double divFloats(double a, double b) {
+    if (b == 0.0) [[unlikely]]
+        divisionByZero();
+    return a / b;
+}
+
 double modFloats(double a, double b);
 MVector divVectors(const MVector& a, const MVector& b);
 MVector modVectors(const MVector& a, const MVector& b);

@@ -145,6 +145,20 @@ class Value {
         return std::get_if<Shared<T>>(&data_);
     }
 
+    /// The alternative that the value is known to hold; nothing checks it.
+    template <class T>
+    const T& as() const {
+        const T* const value = std::get_if<T>(&data_);
+        if (!value) __builtin_unreachable();
+        return *value;
+    }
+    template <class T>
+    T& as() {
+        T* const value = std::get_if<T>(&data_);
+        if (!value) __builtin_unreachable();
+        return *value;
+    }
+
   private:
     std::variant<std::monostate, int, double, std::string, MVector, Shared<Matrix>, Shared<IntArray>,
                  Shared<FloatArray>, Shared<StringArray>, Shared<VectorArray>>
