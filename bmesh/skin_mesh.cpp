@@ -52,9 +52,11 @@ std::array<Float3, 4> ringFrame(const JointSphere& sphere, const JointSphere& pa
 /// One run over a skeleton. Every joint on the way down is a `Visit` on a stack of our own.
 class SkinSweep {
   public:
-    explicit SkinSweep(SkinMesh& mesh) : mesh_(mesh), radii_(mesh.spheres.size()) {
-        for (int i = 0; i < radii_.size(); ++i)
-            radii_[i] = sphere(i).radius();
+    explicit SkinSweep(SkinMesh& mesh) : mesh_(mesh) {
+        for (int i = 0; i < mesh.spheres.size(); ++i) {
+            radii_.append(sphere(i).radius());
+            weights_.append({{i, 1.0F}});
+        }
     }
 
     void run(int root) {
@@ -82,14 +84,14 @@ class SkinSweep {
     };
 
     const JointSphere& sphere(int i) const { return std::as_const(mesh_.spheres)[i]; }
-    float radius(int i) const { return radii_[i]; }
+    float radius(int i) const { return radii_.at(i); }
     bool hasParent(int i) const { return sphere(i).parent >= 0; }
     const JointSphere& parentOf(int i) const { return sphere(sphere(i).parent); }
 
     int addVertices(const Corners& corners, int owner, Float3 offset = {}) {
         const int first = mesh_.vertices.size();
         for (const Float3& corner : corners)
-            mesh_.vertices.append(SkinVertex{corner + offset, {}, {{owner, 1.0F}}});
+            mesh_.vertices.append(SkinVertex{corner + offset, {}, weights_.at(owner)});
         return first;
     }
     void addQuad(int a, int b, int c, int d) { mesh_.quads.append(Quad{{{a}, {b}, {c}, {d}}}); }
@@ -272,6 +274,7 @@ class SkinSweep {
 
     SkinMesh& mesh_;
     QVector<float> radii_;
+    QVector<QHash<int, float>> weights_; ///< of a vertex that a sphere makes; shared by all of them
     QVector<Visit> stack_;
     int ringsLeft_ = SkinMesh::kMaxExtraRings;
 };

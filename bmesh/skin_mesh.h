@@ -48,7 +48,7 @@ class SkinMesh {
   public:
     /// Rings that long tubes get beyond their ends, all tubes together: more would say nothing that these
     /// don't, and joints of next to no radius ask for millions.
-    static constexpr int kMaxExtraRings = 250000;
+    static constexpr int kMaxExtraRings = 100000;
 
     QVector<JointSphere> spheres;
     QVector<SkinVertex> vertices;

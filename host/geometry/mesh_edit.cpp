@@ -1,11 +1,11 @@
 // Changing what a mesh is made of: faces added and taken away, with layers that follow.
 
+#include "host/geometry/id_table.h"
 #include "host/geometry/mesh_cache.h"
 
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <unordered_map>
 
 namespace vesk::geom {
 
@@ -34,12 +34,12 @@ std::vector<int> followCorners(const std::vector<int>& ids, std::span<const int>
 class MeshAppender {
   public:
     MeshAppender(const Mesh& mesh, double tolerance) : tolerance_(std::max(tolerance, 0.0)) {
-        cell_ = std::max(2.0 * tolerance_, smallestCell);
+        cell_ = std::max(8.0 * tolerance_, smallestCell);
         for (const MFloatVector& point : mesh.points())
             addPoint(point);
         int id = 0;
         for (const MeshEdge& edge : mesh.topology().edges())
-            edgeIds_.try_emplace(edgeKey(edge.a, edge.b), id++);
+            edgeIds_.insert(edgeKey(edge.a, edge.b), id++);
     }
 
     bool fits(double tolerance) const { return tolerance_ == std::max(tolerance, 0.0); }
@@ -63,23 +63,25 @@ class MeshAppender {
     }
 
     void addPoint(const MFloatVector& point) {
-        const auto [place, fresh] =
-            lastInCell_.try_emplace(cellKey(cellOf(point.x), cellOf(point.y), cellOf(point.z)), -1);
-        previousInCell_.push_back(place->second);
-        place->second = static_cast<int>(previousInCell_.size()) - 1;
+        const auto vertex = static_cast<int>(previousInCell_.size());
+        const auto [last, isNew] =
+            lastInCell_.insert(cellKey(cellOf(point.x), cellOf(point.y), cellOf(point.z)), vertex);
+        previousInCell_.push_back(isNew ? -1 : last);
+        last = vertex;
     }
 
     /// The edge between the two, with `edges` extended when it is new.
     int edgeBetween(int from, int to, int edgeCount, std::vector<MeshEdge>& fresh) {
         const int next = edgeCount + static_cast<int>(fresh.size());
-        const auto [place, isNew] = edgeIds_.try_emplace(edgeKey(from, to), next);
+        const auto [id, isNew] = edgeIds_.insert(edgeKey(from, to), next);
         if (isNew) fresh.push_back({from, to});
-        return place->second;
+        return id;
     }
 
   private:
-    /// Far below the spacing of floats except next to the origin.
-    static constexpr double smallestCell = 1e-10;
+    /// Below the spacing of floats except next to the origin, and so far above the usual tolerance that a
+    /// point is hardly ever near a cell's wall, behind which there would be more cells to search.
+    static constexpr double smallestCell = 1e-8;
 
     std::int64_t cellOf(double coordinate) const {
         constexpr double limit = 4e18;
@@ -94,9 +96,7 @@ class MeshAppender {
     }
     void findInCell(const std::vector<MFloatVector>& points, const MFloatVector& point, std::int64_t x,
                     std::int64_t y, std::int64_t z, int& found) const {
-        const auto place = lastInCell_.find(cellKey(x, y, z));
-        if (place == lastInCell_.end()) return;
-        for (int v = place->second; v >= 0; v = previousInCell_[v]) {
+        for (int v = lastInCell_.find(cellKey(x, y, z)); v >= 0; v = previousInCell_[v]) {
             const bool near = (MVector(points[v]) - MVector(point)).length() <= tolerance_;
             if (near && (found < 0 || v < found)) found = v;
         }
@@ -104,9 +104,9 @@ class MeshAppender {
 
     double tolerance_;
     double cell_;
-    std::unordered_map<std::uint64_t, int> lastInCell_; ///< the highest vertex in each cell
-    std::vector<int> previousInCell_;                   ///< per vertex the next lower one in its cell
-    std::unordered_map<std::uint64_t, int> edgeIds_;
+    IdTable lastInCell_;              ///< the highest vertex in each cell
+    std::vector<int> previousInCell_; ///< per vertex the next lower one in its cell
+    IdTable edgeIds_;
 };
 
 Outcome Mesh::addPolygon(std::span<const MFloatVector> loop, bool mergeVertices, double tolerance) {

@@ -1,4 +1,7 @@
+#include "host/geometry/id_table.h"
 #include "host/geometry/mesh_samples.h"
+
+#include <map>
 
 namespace vesk::geom {
 namespace {
@@ -10,6 +13,25 @@ std::vector<MFloatVector> loopOf(const Mesh& mesh, int face) {
     for (const int v : mesh.topology().verticesOfFace(face))
         loop.push_back(mesh.points()[v]);
     return loop;
+}
+
+TEST(IdTable, GivesWhatAMapGives) {
+    IdTable table;
+    std::map<std::uint64_t, int> map;
+    EXPECT_EQ(table.find(0), -1);
+    for (int i = 0; i < 3000; ++i) {
+        // Keys that come several times, the first of them 0, and that share their low or their high bits.
+        const auto n = static_cast<std::uint64_t>(i * i % 1009);
+        const std::uint64_t key = i % 2 == 0 ? n << 40U : n;
+        const bool isNew = map.try_emplace(key, i).second;
+        const auto [id, inserted] = table.insert(key, i);
+        EXPECT_EQ(inserted, isNew);
+        if (i % 7 == 0) id = map[key] = i;
+        EXPECT_EQ(id, map[key]);
+    }
+    for (const auto& [key, id] : map)
+        EXPECT_EQ(table.find(key), id);
+    EXPECT_EQ(table.find(1ULL << 63U), -1);
 }
 
 TEST(MeshEdit, FacesAddedOneByOneMakeTheSameMesh) {
