@@ -57,6 +57,12 @@ Operand FunctionCompiler::write(const Variable& variable, Operand value) {
                       0, 0, builder_.globalIndex(*variable.global));
         return number;
     }
+    if (variable.type == Type::Matrix) {
+        const Operand matrix = converted(std::move(value), Type::Matrix);
+        builder_.emit(Op::AssignMatrix, variable.reg, registerOf(matrix));
+        release(matrix);
+        return read(variable);
+    }
     store(value, variable.type, variable.reg);
     return read(variable);
 }

@@ -67,8 +67,13 @@ Operand FunctionCompiler::call(const CallExpr& expr, const Want& want, bool resu
 }
 
 Operand FunctionCompiler::word(const Word& word) {
-    if (word.expr) return valued(*word.expr);
     Operand operand;
+    if (word.expr && word.expr->kind == Expr::Kind::Array &&
+        static_cast<const ListExpr&>(*word.expr).items.empty()) {
+        operand.type = Type::Any; // `{}`: empty whatever array is wanted
+        return operand;
+    }
+    if (word.expr) return valued(*word.expr);
     operand.type = word.constant.type();
     operand.constant = word.constant;
     return operand;

@@ -60,7 +60,12 @@ void FunctionCompiler::declareLocal(const Declarator& declarator) {
     const Variable variable = declare(declarator);
     builder_.setPlace(declarator.at);
     if (variable.type == Type::Any) value = converted(std::move(value), declarator.type);
-    store(value, variable.type, variable.reg);
+    if (variable.type == Type::Matrix) {
+        zero(declarator, variable);
+        release(write(variable, std::move(value)));
+    } else {
+        store(value, variable.type, variable.reg);
+    }
 }
 
 /// A global keeps its value when the declaration gives none.

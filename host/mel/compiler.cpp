@@ -8,6 +8,15 @@
 
 namespace vesk::mel {
 
+namespace {
+
+std::string redeclared(const Declarator& variable, Type known) {
+    return "Invalid redeclaration of variable \"$" + variable.name + "\" as a different type (" +
+           std::string(nameOf(variable.type)) + " instead of " + std::string(nameOf(known)) + ").";
+}
+
+} // namespace
+
 std::unique_ptr<Unit> compile(std::shared_ptr<const Source> source, std::shared_ptr<Module> module,
                               Environment& environment) {
     auto unit = std::make_unique<Unit>();
@@ -48,9 +57,7 @@ Global* UnitCompiler::findGlobal(const std::string& name) {
 Global& UnitCompiler::declareGlobal(const Declarator& variable) {
     if (Global* known = findGlobal(variable.name)) {
         if (known->type != variable.type && known->type != Type::Any) {
-            throw Error("\"$" + variable.name + "\" is already declared as " +
-                            std::string(nameOf(known->type)) + ".",
-                        Place{unit_.source, variable.at});
+            throw Error(redeclared(variable, known->type), Place{unit_.source, variable.at});
         }
         return *known;
     }
@@ -163,8 +170,7 @@ FunctionCompiler::Variable FunctionCompiler::declare(const Declarator& declarato
     const auto found = scope.find(declarator.name);
     if (found != scope.end()) {
         if (found->second.type != declarator.type && found->second.type != Type::Any) {
-            fail(declarator.at, "\"$" + declarator.name + "\" is already declared as " +
-                                    std::string(nameOf(found->second.type)) + ".");
+            fail(declarator.at, redeclared(declarator, found->second.type));
         }
         return found->second;
     }
@@ -208,8 +214,10 @@ Operand FunctionCompiler::read(const Variable& variable) {
 }
 
 Want FunctionCompiler::wantOf(const Variable& variable) {
-    // A variable of a type yet to be known must see the value come in; a global number has no register.
-    if (variable.isGlobalNumber() || variable.type == Type::Any) return {variable.type, std::nullopt};
+    // A variable of a type yet to be known and a matrix of a size must see the value come in; a global number
+    // has no register.
+    if (variable.isGlobalNumber() || variable.type == Type::Any || variable.type == Type::Matrix)
+        return {variable.type, std::nullopt};
     return {variable.type, variable.reg};
 }
 

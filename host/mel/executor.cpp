@@ -134,6 +134,7 @@ Value Executor::loop(const Frame* below) {
         ON(MoveVector, put(&NA, vectorAt(&NB)));
         ON(MoveObject, OA = OB);
         ON(TakeObject, OA = std::move(OB));
+        ON(AssignMatrix, assignMatrix(OA, OB));
         ON(ZeroObject, OA = Value::zero(static_cast<Type>(ip[-1].b)));
         ON(MakeVector, put(&NA, {NB.f, NC.f, n[ip[-1].imm].f}));
         ON(SplatVector, put(&NA, {NB.f, NB.f, NB.f}));

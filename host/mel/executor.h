@@ -123,6 +123,7 @@ class Executor {
     void append(Value& to, const Value& right) const;
     static Value elementOfAny(const Value& array, int index);
     void setElementOfAny(Value& array, int index, const Value& item) const;
+    static void assignMatrix(Value& to, const Value& from);
     static double matrixElement(const Value& value, int row, int column);
     static void setMatrixElement(Value& value, int row, int column, double item);
     static void declareAny(Value& variable, Type type);

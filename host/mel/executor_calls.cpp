@@ -165,7 +165,7 @@ void Executor::bind(const Parameter& parameter, const Argument& argument, const 
 }
 
 void Executor::bindValue(const Parameter& parameter, const Value& value) {
-    if (!isConvertible(value.type(), parameter.type)) {
+    if (!isConvertible(value.type(), parameter.type) && !(value.isNone() && isArray(parameter.type))) {
         throw Error("Wrong type of argument \"$" + parameter.name + "\" on call to " + top_->function->name +
                     ": " + std::string(nameOf(value.type())) + " instead of " +
                     std::string(nameOf(parameter.type)) + ".");

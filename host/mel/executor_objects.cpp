@@ -57,6 +57,18 @@ void Executor::setElementOfAny(Value& array, int index, const Value& item) const
     array.setElement(at, item);
 }
 
+/// The size of a matrix is settled by its declaration or its first value.
+void Executor::assignMatrix(Value& to, const Value& from) {
+    const Matrix& old = to.ifShared<Matrix>()->read();
+    const Matrix& matrix = from.ifShared<Matrix>()->read();
+    if (old.rows > 0 && (old.rows != matrix.rows || old.columns != matrix.columns)) {
+        throw Error("A " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns) +
+                    " matrix cannot be assigned to one of " + std::to_string(old.rows) + " by " +
+                    std::to_string(old.columns) + ".");
+    }
+    to = from;
+}
+
 double Executor::matrixElement(const Value& value, int row, int column) {
     const Matrix& matrix = value.ifShared<Matrix>()->read();
     checkPosition(matrix, row, column);
@@ -72,7 +84,8 @@ void Executor::setMatrixElement(Value& value, int row, int column, double item) 
 void Executor::declareAny(Value& variable, Type type) {
     if (variable.isNone()) variable = Value::zero(type);
     if (variable.type() == type) return;
-    throw Error("The variable is already declared as " + std::string(nameOf(variable.type())) + ".");
+    throw Error("Invalid redeclaration of a variable as a different type (" + std::string(nameOf(type)) +
+                " instead of " + std::string(nameOf(variable.type())) + ").");
 }
 
 bool Executor::isPastEnd(const Value& list, int index) {

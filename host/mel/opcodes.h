@@ -14,6 +14,7 @@
     X(MoveVector)    /* na.. = nb.. */ \
     X(MoveObject)    /* oa = ob */ \
     X(TakeObject)    /* oa = ob, which is not needed any more */ \
+    X(AssignMatrix)  /* matrix oa = ob: an error when oa has a size, and another one */ \
     X(ZeroObject)    /* oa = zero of type b */ \
     X(MakeVector)    /* na.. = <<nb, nc, nimm>> */ \
     X(SplatVector)   /* na.. = <<nb, nb, nb>> */ \

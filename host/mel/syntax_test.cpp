@@ -72,8 +72,8 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Types, WrongText,
     testing::Values(Wrong{"$a = $b;", 2, 6, "\"$b\" is an undeclared variable."},
-                    Wrong{"int $a;\nstring $a;", 3, 8, "\"$a\" is already declared as int."},
-                    Wrong{"proc f() {\n int $a; float $a; }", 3, 16, "\"$a\" is already declared as int."},
+                    Wrong{"int $a;\nstring $a;", 3, 8, "Invalid redeclaration of variable \"$a\" as a different type (string instead of int)."},
+                    Wrong{"proc f() {\n int $a; float $a; }", 3, 16, "Invalid redeclaration of variable \"$a\" as a different type (float instead of int)."},
                     Wrong{"int $g; proc f() { $g++; }", 2, 20, "\"$g\" is an undeclared variable."},
                     Wrong{"{ int $in; } $in = $in + 1;", 2, 20, "\"$in\" is an undeclared variable."},
                     Wrong{"$s = \"a\" - 1;", 2, 10, "Illegal operation \"-\" on data of type string."},
