@@ -23,12 +23,15 @@ target_compile_options(vesk_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
   # Same input, same bytes on every machine: no fused multiply-add behind our back.
   -ffp-contract=off
-  $<$<BOOL:${CCACHE}>:-fpch-preprocess>)
+  $<$<AND:$<BOOL:${CCACHE}>,$<CXX_COMPILER_ID:GNU>>:-fpch-preprocess>)
 target_include_directories(vesk_settings INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/host/api)
 if(VESK_SANITIZE)
   target_compile_options(vesk_settings INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -g1)
   target_link_options(vesk_settings INTERFACE -fsanitize=address,undefined)
+endif()
+if(VESK_FUZZ)
+  target_compile_options(vesk_settings INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 # A target with the property PLAIN_LINKER gets the linker that lists nothing but what is exported.
 target_link_options(vesk_settings INTERFACE

@@ -183,7 +183,12 @@ Value Machine::Impl::evaluate(std::string_view text, std::string fileName, int f
     }
     Value value;
     for (const std::unique_ptr<Function>& statement : unit->statements) {
-        value = executor.run(*statement, {});
+        try {
+            value = executor.run(*statement, {});
+        } catch (Error& error) { // one that came up before the statement began
+            if (!error.isPlaced()) error.setPlace(Place{unit->source, statement->places.front()});
+            throw;
+        }
     }
     return value;
 }
