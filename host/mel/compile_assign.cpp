@@ -182,11 +182,25 @@ Operand FunctionCompiler::stepped(const Operand& value, const StepExpr& expr) {
                       std::string(nameOf(value.type)) + ".");
 }
 
+Operand FunctionCompiler::stepMatrixElement(const StepExpr& expr, const IndexExpr& target,
+                                            const Variable& matrix) {
+    const Operand row = kept(index(*target.index), target.column->effects);
+    const Operand column = index(*target.column);
+    Operand old = temporary(Type::Float);
+    builder_.emit(Op::GetMatrix, old.reg, matrix.reg, registerOf(row), registerOf(column));
+    const Operand next = stepped(old, expr);
+    builder_.emit(Op::SetMatrix, matrix.reg, registerOf(row), registerOf(column), registerOf(next));
+    release(row);
+    release(column);
+    release(expr.before ? old : next);
+    return expr.before ? next : old;
+}
+
 Operand FunctionCompiler::step(const StepExpr& expr, bool resultUsed) {
     if (expr.target->kind == Expr::Kind::Index) {
         const auto& target = static_cast<const IndexExpr&>(*expr.target);
-        if (target.column) fail(expr.at, "An element of a matrix cannot be stepped.");
         const Variable array = arrayTarget(target, nullptr);
+        if (target.column) return stepMatrixElement(expr, target, array);
         const Operand at = index(*target.index);
         Operand old = getElement(read(array), at, {});
         const Operand next = stepped(old, expr);

@@ -179,6 +179,7 @@ class FunctionCompiler {
     Variable arrayTarget(const IndexExpr& target, const Type* newElement);
     void setElement(const Variable& array, const Operand& index, const Operand& value);
     Operand step(const StepExpr& expr, bool resultUsed);
+    Operand stepMatrixElement(const StepExpr& expr, const IndexExpr& target, const Variable& matrix);
     Operand stepped(const Operand& value, const StepExpr& expr);
 
     // compile_call.cpp

@@ -104,6 +104,14 @@ bool Lexer::skipBlanks(Token& token) {
                 return false;
             }
             at_ = static_cast<std::uint32_t>(close + 2);
+        } else if (c == '\\' && is(byteAt(at_ + std::size_t{1}), kBlank)) {
+            // Lines are joined; editors leave blanks and a carriage return in between.
+            const std::size_t next = text_.find_first_not_of(" \t\r", at_ + std::size_t{1});
+            if (next == std::string_view::npos || text_[next] != '\n') {
+                token.begin = at_;
+                return true;
+            }
+            at_ = static_cast<std::uint32_t>(next + 1);
         } else {
             token.begin = at_;
             return true;

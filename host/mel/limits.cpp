@@ -13,7 +13,7 @@ constexpr std::size_t kMostCounted = std::numeric_limits<int>::max(); ///< what 
 // The nested runs use the stack of C++: each takes up to some kilobytes of its eight megabytes.
 constexpr LimitRow rows[] = {
     {"recursion", &Limits::recursion, 10000000, "Procedures are nested more than # deep"},
-    {"nesting", &Limits::nestedRuns, 500, "Scripts run by commands are nested more than # deep"},
+    {"nesting", &Limits::nestedRuns, 300, "Scripts run by commands are nested more than # deep"},
     {"array", &Limits::arraySize, kMostCounted, "An array is limited to # elements"},
     {"string", &Limits::stringSize, kMostCounted, "A string is limited to # bytes"},
     {"deferred", &Limits::deferred, kMostCounted, "More than # deferred texts in a row: the rest is dropped"},

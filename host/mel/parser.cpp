@@ -1,5 +1,6 @@
 #include "host/mel/parser.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -9,12 +10,19 @@ namespace {
 
 constexpr int kMaxDimension = 1024; ///< rows or columns of a matrix
 
-bool isReserved(std::string_view name) {
+/// The words that only go on with a statement.
+bool continuesStatement(std::string_view name) {
     constexpr std::array<std::string_view, 4> words{"else", "case", "default", "in"};
-    for (const std::string_view word : words) {
-        if (word == name) return true;
-    }
-    return false;
+    return std::find(words.begin(), words.end(), name) != words.end();
+}
+
+/// The words that no procedure can be named by, since it could never be called.
+bool isReserved(std::string_view name) {
+    constexpr std::array<std::string_view, 12> words{"if",     "while",    "do",     "for",
+                                                     "switch", "return",   "global", "proc",
+                                                     "break",  "continue", "catch",  "catchQuiet"};
+    return continuesStatement(name) || typeNamed(name) != Type::None ||
+           std::find(words.begin(), words.end(), name) != words.end();
 }
 
 std::unique_ptr<ExprStmt> expressionStatement(std::uint32_t offset, ExprPtr expr) {
@@ -134,7 +142,7 @@ StmtPtr Parser::parseNamed() {
         endStatement();
         return std::make_unique<ExprStmt>(Stmt::Kind::Continue, offset);
     }
-    if (isReserved(now_.text)) failHere("a statement");
+    if (continuesStatement(now_.text)) failHere("a statement");
     // `int $x` declares; `int($x)` converts.
     if (typeNamed(now_.text) != Type::None) {
         const Token type = now_;
@@ -319,6 +327,10 @@ StmtPtr Parser::parseProcedure(bool global, std::uint32_t offset) {
             procedure->returns = arrayOf(procedure->returns);
             if (procedure->returns == Type::None) fail(offset, "there are no arrays of matrices.");
         }
+    }
+    if (at(Tok::Name) && isReserved(now_.text)) {
+        fail(now_.begin,
+             "a procedure cannot be named '" + std::string(now_.text) + "', a word of the language.");
     }
     procedure->name = expectText(Tok::Name, "the name of the procedure");
     expect(Tok::LeftParen, "'('");
