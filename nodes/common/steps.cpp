@@ -14,6 +14,8 @@ namespace vesk::nodes {
 
 short nodeState(MDataBlock& block) { return block.outputValue(MPxNode::state).asShort(); }
 
+short nodeStateAsInput(MDataBlock& block) { return block.inputValue(MPxNode::state).asShort(); }
+
 bool isConnected(const MPxNode& node, const MObject& attribute) {
     return MPlug(node.thisMObject(), attribute).isConnected();
 }
@@ -37,33 +39,30 @@ MObject geometryIn(MDataHandle& handle, short coordinateSystem) {
     }
 }
 
-namespace {
-
-/// Of a component list only the first entry counts; what is no list stands for itself.
-MObject firstComponent(MObject components) {
+MObject firstComponent(const MObject& components) {
     MStatus status;
-    MFnComponentListData list(components, &status);
+    const MFnComponentListData list(components, &status);
     return status && list.length() > 0 ? list[0] : components;
 }
 
-} // namespace
+MObject objectGroupIn(const MObject& geometryData, int groupId) {
+    MStatus status;
+    const MFnGeometryData geometry(geometryData, &status);
+    const bool isThere = status && groupId >= 0 && geometry.hasObjectGroup(static_cast<unsigned>(groupId));
+    return isThere ? geometry.objectGroupComponent(static_cast<unsigned>(groupId)) : MObject();
+}
 
 PointSelection PointSelection::ofComponents(MObject components) {
     PointSelection selection;
     selection.everything_ = false;
-    selection.component_ = firstComponent(std::move(components));
+    selection.component_ = firstComponent(components);
     return selection;
 }
 
 PointSelection PointSelection::ofObjectGroup(const MObject& geometryData, int groupId) {
     PointSelection selection;
     selection.everything_ = false;
-    MObject data = geometryData;
-    MStatus status;
-    const MFnGeometryData geometry(data, &status);
-    if (status && groupId >= 0 && geometry.hasObjectGroup(static_cast<unsigned>(groupId))) {
-        selection.component_ = geometry.objectGroupComponent(static_cast<unsigned>(groupId));
-    }
+    selection.component_ = objectGroupIn(geometryData, groupId);
     return selection;
 }
 
@@ -100,7 +99,7 @@ MIntArray particleIds(MObject components) {
         MFnIntArrayData(components).copyTo(ids);
         return ids;
     }
-    MObject component = firstComponent(std::move(components));
+    MObject component = firstComponent(components);
     MStatus status;
     if (const MFnSingleIndexedComponent single(component, &status); status) single.getElements(ids);
     return ids;

@@ -27,6 +27,9 @@ enum UseComponents : short { kAllPoints = 0, kInputComponentList = 1, kInputObje
 /// The node's state as the plain form reads it: through the output side, nothing is evaluated.
 short nodeState(MDataBlock& block);
 
+/// The same through the input side, as a few nodes do: evaluates what drives the state.
+short nodeStateAsInput(MDataBlock& block);
+
 /// Whether anything is connected to this attribute of the node itself.
 bool isConnected(const MPxNode& node, const MObject& attribute);
 
@@ -39,6 +42,11 @@ void warn(const MString& nodeName, const char* text);
 /// The geometry of a generic input in the space of `coordinateSystem`: world takes the transformed form,
 /// object the plain one. Null for data that is no mesh, curve or surface.
 MObject geometryIn(MDataHandle& handle, short coordinateSystem);
+
+/// Of a component list only the first entry counts; what is no list stands for itself.
+MObject firstComponent(const MObject& components);
+/// What an object group of the geometry's data holds; null when the id is negative or there is no such group.
+MObject objectGroupIn(const MObject& geometryData, int groupId);
 
 /// Points chosen by `useComponents`. Without a selection every point is in.
 class PointSelection {

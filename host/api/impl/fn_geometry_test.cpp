@@ -19,6 +19,8 @@
 #include <maya/MFnNurbsSurfaceData.h>
 #include <maya/MIntArray.h>
 #include <maya/MItGeometry.h>
+#include <maya/MItMeshEdge.h>
+#include <maya/MItMeshPolygon.h>
 #include <maya/MItMeshVertex.h>
 #include <maya/MMeshSmoothOptions.h>
 #include <maya/MPointArray.h>
@@ -214,6 +216,43 @@ TEST(FnMesh, UvsTangentsAndColours) {
     EXPECT_EQ(colors.length(), 8U);
     EXPECT_EQ(colors[0], grey);
     EXPECT_EQ(colors[1], MColor(1, 0, 0, 0.5F));
+}
+
+TEST(MItMesh, EdgesAndFacesKnowTheirNeighbours) {
+    MObject data = twoSquares();
+    MItMeshEdge edge(data);
+    EXPECT_EQ(edge.count(), 7);
+    while (!edge.isDone() && edge.onBoundary())
+        edge.next();
+    EXPECT_EQ(edge.index(0) + edge.index(1), 5) << "the one between vertices 1 and 4";
+    EXPECT_EQ(edge.point(0).x, 1);
+    EXPECT_EQ(edge.index(2), -1);
+    MIntArray list;
+    EXPECT_EQ(edge.getConnectedFaces(list), 2);
+    EXPECT_EQ(list[1], 1);
+    EXPECT_TRUE(edge.getConnectedEdges(list));
+    EXPECT_EQ(list.length(), 4U);
+    EXPECT_EQ(edge.currentItem().apiType(), MFn::kMeshEdgeComponent);
+
+    MItMeshPolygon face(data);
+    int previous = 0;
+    EXPECT_EQ(face.setIndex(2, previous), MStatus::kFailure);
+    EXPECT_TRUE(face.setIndex(1, previous));
+    EXPECT_EQ(face.polygonVertexCount(), 4U);
+    EXPECT_EQ(face.vertexIndex(2), 5);
+    EXPECT_TRUE(face.center() == MPoint(1.5, 0.5, 0));
+    MVector normal;
+    EXPECT_TRUE(face.getNormal(normal));
+    EXPECT_TRUE(normal == MVector(0, 0, 1));
+    EXPECT_TRUE(face.getConnectedFaces(list));
+    EXPECT_EQ(list.length(), 1U);
+    EXPECT_TRUE(face.getConnectedEdges(list));
+    EXPECT_EQ(list.length(), 2U) << "those of the other square that leave vertices 1 and 4";
+    EXPECT_TRUE(face.getEdges(list));
+    EXPECT_EQ(list.length(), 4U);
+    EXPECT_TRUE(face.next());
+    EXPECT_TRUE(face.isDone());
+    EXPECT_EQ(face.getVertices(list), MStatus::kFailure);
 }
 
 TEST(MItMeshVertex, WalksWithNeighbours) {

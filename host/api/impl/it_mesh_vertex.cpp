@@ -1,5 +1,4 @@
 #include "host/api/impl/result.h"
-#include "host/data/component.h"
 #include "host/geometry/mesh.h"
 
 #include <maya/MFloatArray.h>
@@ -20,32 +19,6 @@ std::string_view nameOf(const MString* set) {
 
 } // namespace
 
-MItMeshVertex::MItMeshVertex(const MObject& mesh, MStatus* status)
-    : function_(mesh, status), mesh_(function_.mesh()) {}
-
-bool MItMeshVertex::isHere() const { return mesh_ && index_ >= 0 && index_ < mesh_->vertexCount(); }
-
-bool MItMeshVertex::isDone(MStatus* status) const { return answer(status, !isHere()); }
-
-int MItMeshVertex::index(MStatus* status) const {
-    return answer(status, index_, isHere() ? MStatus::kSuccess : MStatus::kFailure);
-}
-
-MStatus MItMeshVertex::setIndex(int index, int& previous) {
-    if (!mesh_ || !mesh_->topology().hasVertex(index)) return MStatus::kFailure;
-    previous = std::exchange(index_, index);
-    return {};
-}
-
-int MItMeshVertex::count(MStatus* status) const { return answer(status, mesh_ ? mesh_->vertexCount() : 0); }
-
-MObject MItMeshVertex::currentItem(MStatus* status) const {
-    if (!isHere()) return answer(status, MObject(), MStatus::kFailure);
-    const auto component = vesk::makeRef<vesk::SingleComponent>(MFn::kMeshVertComponent);
-    component->add({index_});
-    return answer(status, MObject(component.get()));
-}
-
 MPoint MItMeshVertex::position(MSpace::Space space, MStatus* status) const {
     MPoint point;
     report(status, function_.getPoint(index_, point, space));
@@ -58,25 +31,25 @@ MStatus MItMeshVertex::getNormal(MVector& normal, MSpace::Space space) const {
 
 bool MItMeshVertex::onBoundary(MStatus* status) const {
     if (!isHere()) return answer(status, false, MStatus::kFailure);
-    return answer(status, mesh_->topology().isBoundaryVertex(index_));
+    return answer(status, topology().isBoundaryVertex(index_));
 }
 
 MStatus MItMeshVertex::getConnectedFaces(MIntArray& faces) const {
     if (!isHere()) return MStatus::kFailure;
-    mesh_->topology().facesOfVertex(index_, storage(faces));
+    topology().facesOfVertex(index_, storage(faces));
     return {};
 }
 
 MStatus MItMeshVertex::getConnectedEdges(MIntArray& edges) const {
     if (!isHere()) return MStatus::kFailure;
-    const auto round = mesh_->topology().edgesOfVertex(index_);
+    const auto round = topology().edgesOfVertex(index_);
     storage(edges).assign(round.begin(), round.end());
     return {};
 }
 
 MStatus MItMeshVertex::getConnectedVertices(MIntArray& vertices) const {
     if (!isHere()) return MStatus::kFailure;
-    mesh_->topology().verticesOfVertex(index_, storage(vertices));
+    topology().verticesOfVertex(index_, storage(vertices));
     return {};
 }
 
@@ -113,9 +86,9 @@ MStatus MItMeshVertex::getUVs(MFloatArray& us, MFloatArray& vs, MIntArray& faces
     if (!isHere()) return MStatus::kFailure;
     const int set = mesh_->findUvSet(nameOf(uvSet));
     if (set < 0) return MStatus::kFailure;
-    mesh_->topology().facesOfVertex(index_, scratch_);
+    topology().facesOfVertex(index_, scratch_);
     for (const int face : scratch_) {
-        const auto uv = mesh_->cornerUv(set, mesh_->topology().findCorner(face, index_));
+        const auto uv = mesh_->cornerUv(set, topology().findCorner(face, index_));
         if (!uv) continue;
         us.append(uv->u);
         vs.append(uv->v);

@@ -21,6 +21,9 @@ class MStringArray;
 class MVector;
 class MVectorArray;
 
+namespace vesk::api {
+class MeshWalk;
+}
 namespace vesk::geom {
 class Mesh;
 }
@@ -143,7 +146,7 @@ class MFnMesh : public MFnBase {
     bool accepts(const vesk::Object& object) const override;
 
   private:
-    friend class MItMeshVertex;
+    friend class vesk::api::MeshWalk;
     const vesk::geom::Mesh* mesh() const;
     /// For writing; null, with the reason in `status`, when there is nothing to write to.
     vesk::geom::Mesh* editable(MStatus& status);

@@ -1,34 +1,22 @@
 #pragma once
 
+#include "host/api/mesh_walk.h"
+
 #include <maya/MColor.h>
-#include <maya/MObject.h>
 #include <maya/MPoint.h>
 #include <maya/MSpace.h>
-#include <maya/MStatus.h>
 #include <maya/MString.h>
 #include <maya/MTypes.h>
 #include <maya/MVector.h>
-
-#include <maya/MFnMesh.h>
-
-#include <vector>
 
 class MFloatArray;
 class MIntArray;
 
 /// Walks the vertices of a mesh by ascending id. Calls past the end fail with `kFailure`.
-class MItMeshVertex {
+class MItMeshVertex : public vesk::api::MeshWalk {
   public:
-    explicit MItMeshVertex(const MObject& mesh, MStatus* status = nullptr);
-
-    bool isDone(MStatus* status = nullptr) const;
-    MStatus next() { return ++index_, MStatus(); }
-    MStatus reset() { return index_ = 0, MStatus(); }
-    int index(MStatus* status = nullptr) const;
-    /// Moves there; walking on from there is fine, `previous` gets the id left behind.
-    MStatus setIndex(int index, int& previous);
-    int count(MStatus* status = nullptr) const;
-    MObject currentItem(MStatus* status = nullptr) const;
+    explicit MItMeshVertex(const MObject& mesh, MStatus* status = nullptr)
+        : MeshWalk(mesh, MFn::kMeshVertComponent, status) {}
 
     MPoint position(MSpace::Space space = MSpace::kObject, MStatus* status = nullptr) const;
     MStatus getNormal(MVector& normal, MSpace::Space space = MSpace::kObject) const;
@@ -50,12 +38,4 @@ class MItMeshVertex {
     MStatus getUVs(MFloatArray& us, MFloatArray& vs, MIntArray& faces, const MString* uvSet = nullptr) const;
     /// That of the first mapped face; `kFailure`, and the argument untouched, when there is none.
     MStatus getUV(float2& uv, const MString* uvSet = nullptr) const;
-
-  private:
-    bool isHere() const;
-
-    MFnMesh function_;
-    const vesk::geom::Mesh* mesh_ = nullptr;
-    int index_ = 0;
-    mutable std::vector<int> scratch_;
 };
