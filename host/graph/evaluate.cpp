@@ -213,11 +213,30 @@ void pullThroughWires(Cell& cell, Cell& source) {
     }
 }
 
+/// The elements of an array that a wire feeds, its own or an ancestor's: those that are there at the other
+/// end.
+void takeElements(Cell& array, Cell& from) {
+    for (auto& element : from.children)
+        (void)array.element(element->logicalIndex);
+    for (auto& element : array.children) {
+        const Cell* source = from.elementIfThere(element->logicalIndex);
+        const bool exists = source && source->isInUse();
+        if (element->isSet == exists || element->source) continue;
+        touch(*element);
+        if (exists) {
+            element->isSet = true;
+        } else {
+            element->resetToDefault();
+        }
+    }
+}
+
 void cleanArray(Cell& array) {
     if (Cell* from = feeding(array)) {
-        if (from->node.nodeState() != kBlocking) clean(*from);
-        for (auto& element : from->children)
-            (void)array.element(element->logicalIndex);
+        if (from->node.nodeState() != kBlocking) {
+            clean(*from);
+            takeElements(array, *from);
+        }
     } else if (array.dirty && array.children.empty() && array.node.isComputed(array.attr) &&
                !array.computing && !(array.fresh && array.node.computing)) {
         compute(array);

@@ -1,9 +1,9 @@
 #include "nodes/common/ramp.h"
+#include "tests/api_access.h"
 #include "tests/session_fixture.h"
 
 #include <maya/MFnDependencyNode.h>
 #include <maya/MRampAttribute.h>
-#include <maya/MSelectionList.h>
 
 #include <bit>
 #include <cmath>
@@ -39,20 +39,11 @@ TEST(Ramp, EachInterpolationByHand) {
 }
 
 /// Compares with the host's evaluation of the same ramp on a node.
-class RampOfANode : public tests::PluginTest {
-  protected:
-    static MObject nodeNamed(const char* name) {
-        MSelectionList list;
-        list.add(name);
-        MObject node;
-        list.getDependNode(0, node);
-        return node;
-    }
-};
+class RampOfANode : public tests::PluginTest {};
 
 TEST_F(RampOfANode, ReadsTheSameAsTheHostToTheBit) {
     run("createNode createArray -n c");
-    const MObject node = nodeNamed("c");
+    const MObject node = tests::nodeNamed("c");
     const auto attribute = [&](const char* name) { return MFnDependencyNode(node).attribute(name); };
     const MObject curveAttribute = attribute("rampDefaultValueW");
     const MObject colorAttribute = attribute("rampDefaultValueXYZ");
@@ -107,7 +98,7 @@ TEST_F(RampOfANode, EntriesInScenesAndConnections) {
         "setAttr c.rampDefaultValueXYZ[0].rampDefaultValueXYZ_Color -type double3 1 0.5 0.25;"
         "connectAttr d.defaultValueX c.rampDefaultValueW[3].rampDefaultValueW_FloatValue;");
     const auto check = [&] {
-        const MObject node = nodeNamed("c");
+        const MObject node = tests::nodeNamed("c");
         const auto attribute = [&](const char* name) { return MFnDependencyNode(node).attribute(name); };
         const CurveRamp curve = readCurveRamp(node, attribute("rampDefaultValueW"));
         EXPECT_EQ(curve.entryCount(), 3U) << "the first is there from the start";
