@@ -489,7 +489,15 @@ void copyCell(Cell& to, Cell& from) {
 
 namespace {
 
-/// Takes out, or empties where wires hang on them, the elements that are not among `wanted`.
+/// Whether the cell, or one below, is being computed: whoever does that goes on with it afterwards.
+bool isComputing(Cell& cell) {
+    bool computing = false;
+    cell.walk([&](const Cell& one) { computing = computing || one.computing; });
+    return computing;
+}
+
+/// Takes out, or empties where wires hang on them or a compute of theirs runs, the elements that are not
+/// among `wanted`.
 void dropOthers(Cell& array, const std::vector<std::unique_ptr<Cell>>& wanted) {
     const bool preserving = sceneOf(array) && sceneOf(array)->preserving;
     for (std::size_t i = array.children.size(); i-- > 0;) {
@@ -498,7 +506,7 @@ void dropOthers(Cell& array, const std::vector<std::unique_ptr<Cell>>& wanted) {
             wanted.begin(), wanted.end(), old.logicalIndex,
             [](const std::unique_ptr<Cell>& made, int index) { return made->logicalIndex < index; });
         if (same != wanted.end() && (*same)->logicalIndex == old.logicalIndex) continue;
-        if (!preserving && !old.hasWiresBelow(true) && !old.hasWiresBelow(false)) {
+        if (!preserving && !isComputing(old) && !old.hasWiresBelow(true) && !old.hasWiresBelow(false)) {
             array.removeElement(old.logicalIndex);
         } else {
             old.walk([](Cell& cell) {

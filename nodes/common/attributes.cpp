@@ -263,6 +263,12 @@ MStatus AttributeTable::finish(std::initializer_list<const MObject*> outputsOfBa
         if (const MStatus status = MPxNode::addAttribute(*row.attribute); !status) return status;
         if (row.role == Role::kOutput) outputs.push_back(row.attribute);
     }
+    if (followsState_) {
+        for (const MObject* out : outputs) {
+            if (const MStatus status = MPxNode::attributeAffects(MPxNode::state, *out); !status)
+                return status;
+        }
+    }
     for (const Declared& in : rows_) {
         if (in.isChild || in.role != Role::kInput) continue;
         for (const MObject* out : outputs) {
