@@ -5,6 +5,9 @@
 #include <maya/MIntArray.h>
 #include <maya/MItMeshVertex.h>
 #include <maya/MMeshSmoothOptions.h>
+#include <maya/MPointArray.h>
+
+#include <vector>
 
 namespace vesk::nodes {
 
@@ -53,6 +56,11 @@ class Welder {
     MPointArray loop_;
 };
 
+/// Vertices that edges join to each: those of point v are vertices[start[v]] .. [start[v + 1] - 1].
+struct Neighbours {
+    std::vector<int> start{0}, vertices;
+};
+
 Neighbours neighboursOf(MObject& mesh) {
     Neighbours neighbours;
     MIntArray around;
@@ -63,6 +71,21 @@ Neighbours neighboursOf(MObject& mesh) {
         neighbours.start.push_back(static_cast<int>(neighbours.vertices.size()));
     }
     return neighbours;
+}
+
+void relax(MPointArray& points, const Neighbours& neighbours, int passes) {
+    for (int pass = 0; pass < passes; ++pass) {
+        const MPointArray before(points);
+        for (unsigned v = 0; v < points.length(); ++v) {
+            const int begin = neighbours.start[v];
+            const int end = neighbours.start[v + 1];
+            MVector sum;
+            for (int i = begin; i < end; ++i)
+                sum +=
+                    MVector(before[static_cast<unsigned>(neighbours.vertices[static_cast<std::size_t>(i)])]);
+            points[v] = MPoint((sum + MVector(before[v])) / (end - begin + 1));
+        }
+    }
 }
 
 } // namespace
@@ -80,21 +103,6 @@ MObject weldedMesh(const skin::SkinMesh& skin) {
     for (const skin::Triangle& triangle : skin.triangles)
         welder.add(triangle);
     return welder.data;
-}
-
-void relax(MPointArray& points, const Neighbours& neighbours, int passes) {
-    for (int pass = 0; pass < passes; ++pass) {
-        const MPointArray before(points);
-        for (unsigned v = 0; v < points.length(); ++v) {
-            const int begin = neighbours.start[v];
-            const int end = neighbours.start[v + 1];
-            MVector sum;
-            for (int i = begin; i < end; ++i)
-                sum +=
-                    MVector(before[static_cast<unsigned>(neighbours.vertices[static_cast<std::size_t>(i)])]);
-            points[v] = MPoint((sum + MVector(before[v])) / (end - begin + 1));
-        }
-    }
 }
 
 void relaxMesh(MObject& mesh, int passes) {
