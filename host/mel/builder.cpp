@@ -135,7 +135,14 @@ std::size_t Builder::jump(Op op, Reg a, Reg b) {
     return here() - 1;
 }
 
+bool Builder::isReachable() const {
+    if (function_.code.empty() || lastTarget_ == here()) return true;
+    const Op last = function_.code.back().op;
+    return last != Op::Jump && last != Op::Return && last != Op::ReturnNumber && last != Op::ReturnNone;
+}
+
 void Builder::land(std::size_t jump, std::size_t target) {
+    lastTarget_ = std::max(lastTarget_, target);
     function_.code[jump].imm =
         static_cast<std::int32_t>(static_cast<std::int64_t>(target) - static_cast<std::int64_t>(jump) - 1);
 }

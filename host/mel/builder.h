@@ -53,6 +53,9 @@ class Builder {
     void land(std::size_t jump, std::size_t target);
     void landHere(const Jumps& jumps);
     void landAt(const Jumps& jumps, std::size_t target);
+    /// Whether the next instruction can be come to: not right after a return or jump, unless a jump lands
+    /// here.
+    bool isReachable() const;
     /// To be called when the code is complete.
     void finish();
 
@@ -63,6 +66,7 @@ class Builder {
 
     Function& function_;
     std::uint32_t place_ = 0;
+    std::size_t lastTarget_ = 0;           ///< of all jumps that have landed
     std::size_t firstSet_ = kMaxRegisters; ///< the first number register whose start value counts
     std::map<std::size_t, std::vector<Reg>> freeNumbers_; ///< by the length of the row
     std::map<Type, std::vector<Reg>> freeObjects_;

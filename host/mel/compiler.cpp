@@ -134,7 +134,7 @@ void FunctionCompiler::compileProcedure(const ProcedureStmt& stmt) {
     }
     placed([&] {
         block(stmt.body->statements);
-        returnZero();
+        if (builder_.isReachable()) returnZero();
     });
     builder_.finish();
 }

@@ -115,16 +115,14 @@ Value Executor::loop(const Frame* below) {
     const Instr* ip = nullptr;
     Num* n = nullptr;
     Cell* o = nullptr;
-    Function* function = nullptr;
     const auto resume = [&] {
         frame = top_;
         ip = frame->ip;
         n = frame->numbers();
         o = frame->objects;
-        function = frame->function;
     };
     const auto global = [&]() -> Num* {
-        return function->globals[static_cast<std::size_t>(ip[-1].imm)]->numbers;
+        return frame->function->globals[static_cast<std::size_t>(ip[-1].imm)]->numbers;
     };
     Value result;
     resume();
@@ -239,11 +237,10 @@ Value Executor::loop(const Frame* below) {
 
     at_Call : {
         frame->ip = ip;
-        CallSite& site = function->calls[static_cast<std::size_t>(ip[-1].imm)];
+        CallSite& site = frame->function->calls[static_cast<std::size_t>(ip[-1].imm)];
         if (site.procedureStamp == surroundings_.stamp()) [[likely]] {
+            ip = site.target.procedure->code.data();
             frame = &callProcedure(site);
-            function = frame->function;
-            ip = function->code.data();
             n = frame->numbers();
             o = frame->objects;
         } else {
@@ -252,23 +249,19 @@ Value Executor::loop(const Frame* below) {
         }
         NEXT;
     }
-        ON(CallNumbers, function->numberCalls[static_cast<std::size_t>(ip[-1].imm)](library_, &NB, &NA));
-        ON(CallValues, callLibrary(function->libraryCalls[static_cast<std::size_t>(ip[-1].imm)]));
-    at_ReturnNumber:
-        if (frame->caller != below) [[likely]] {
-            const Num number = NA;
-            const auto type = static_cast<Type>(ip[-1].b);
+        ON(CallNumbers,
+           frame->function->numberCalls[static_cast<std::size_t>(ip[-1].imm)](library_, &NB, &NA));
+        ON(CallValues, callLibrary(frame->function->libraryCalls[static_cast<std::size_t>(ip[-1].imm)]));
+    at_ReturnNumber : {
+        Frame* const caller = frame->caller;
+        // The number goes right to where the caller wants it, unless it has to be converted.
+        if (caller != below && caller->ip[-1].b == ip[-1].b) [[likely]] {
+            caller->numbers()[caller->ip[-1].a] = NA;
             leave();
             resume();
-            const Instr& site = ip[-1];
-            if (static_cast<Type>(site.b) == type) [[likely]] {
-                n[site.a] = number;
-            } else {
-                deliver(type == Type::Int ? Value(number.whole()) : Value(number.f),
-                        static_cast<Type>(site.b), site.a, *frame);
-            }
             NEXT;
         }
+    }
     at_Return:
         if (returnFrom(static_cast<Type>(ip[-1].b), ip[-1].a, below, result)) return result;
         resume();
@@ -277,7 +270,8 @@ Value Executor::loop(const Frame* below) {
         if (returnFrom(Type::None, 0, below, result)) return result;
         resume();
         NEXT;
-        ON(Define, surroundings_.define(function->unit->procedures[static_cast<std::size_t>(ip[-1].imm)]));
+        ON(Define,
+           surroundings_.define(frame->function->unit->procedures[static_cast<std::size_t>(ip[-1].imm)]));
         ON(EnterCatch, handlers_.push_back({frame, ip + ip[-1].imm, ip[-1].a != 0}));
         ON(LeaveCatch, handlers_.pop_back());
     } catch (...) {
