@@ -123,7 +123,11 @@ std::int32_t Builder::numberCall(NumberFunction called) {
     return static_cast<std::int32_t>(index);
 }
 
-void Builder::finish() { function_.firstSet = std::min(firstSet_, function_.numbers.size()); }
+void Builder::finish() {
+    function_.firstSet = std::min(firstSet_, function_.numbers.size());
+    function_.registers = function_.numbers.size() + function_.objects.size();
+    function_.links.resize(function_.calls.size());
+}
 
 void Builder::emit(Op op, Reg a, Reg b, Reg c, std::int32_t imm) {
     function_.code.push_back({op, a, b, c, imm});

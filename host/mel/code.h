@@ -39,11 +39,12 @@ struct Instr {
     std::int32_t imm = 0;
 };
 
-/// A register of numbers. Which member counts is known where it is used. An int fills the whole register: one
-/// that was written in half could not be read at once as a whole.
+/// A register. Which member counts is known where it is used. An int fills the whole register: one that was
+/// written in half could not be read at once as a whole.
 union Num {
     double f;
     std::int64_t i; ///< in the range of an int
+    Value* object;  ///< of a register of objects: the frame's own value, or one elsewhere
     int whole() const { return static_cast<int>(i); }
 };
 
@@ -89,7 +90,18 @@ struct Handover {
     std::vector<Move> moves;         ///< numbers that need no conversion
     std::vector<Preset> presets;     ///< constant numbers, converted already
     std::vector<std::size_t> others; ///< arguments that are looked at in every call
-    bool hasRest = false;            ///< whether there is more than moves
+};
+
+/// A call of a procedure made ready: what every such call needs, close together.
+struct Link {
+    std::uint64_t stamp = 0; ///< the interpreter's while the name means this procedure, else another
+    Function* procedure = nullptr;
+    const Instr* code = nullptr; ///< of the procedure
+    const Handover::Move* moves = nullptr;
+    std::uint32_t moveCount = 0;
+    std::uint32_t registers = 0; ///< of the procedure
+    bool hasRest = false;        ///< whether moves do not hand over everything
+    bool isPlain = false; ///< no rest, no objects, no constants: a frame and the moves are all there is
 };
 
 /// One call of a procedure or command by name. The instruction says what becomes of the result.
@@ -101,8 +113,7 @@ struct CallSite {
     // The last resolution of the name, good while the interpreter's stamp is the same.
     Target target;
     std::uint64_t stamp = 0;
-    std::uint64_t procedureStamp = 0; ///< the same when it is a procedure, else 0
-    Handover handover;                ///< when it is a procedure
+    Handover handover; ///< when it is a procedure
 };
 
 /// One call of a library function that takes values.
@@ -146,9 +157,11 @@ struct Function {
     std::vector<Num> numbers;          ///< how the number registers start: constants, and zeros
     std::size_t firstSet = 0;          ///< those before it are written before they are read
     std::vector<ObjectStart> objects;  ///< how the object registers start
+    std::size_t registers = 0;         ///< of both kinds
     std::vector<Value> constants;
     std::vector<Global*> globals;
     std::vector<CallSite> calls;
+    std::vector<Link> links; ///< one for each call
     std::vector<NumberFunction> numberCalls;
     std::vector<LibrarySite> libraryCalls;
 };

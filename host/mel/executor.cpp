@@ -91,9 +91,9 @@ void Executor::recover(Error error, const Frame* below, std::size_t handlers) {
 #define NA n[ip[-1].a]
 #define NB n[ip[-1].b]
 #define NC n[ip[-1].c]
-#define OA (*o[ip[-1].a].at)
-#define OB (*o[ip[-1].b].at)
-#define OC (*o[ip[-1].c].at)
+#define OA (*o[ip[-1].a].object)
+#define OB (*o[ip[-1].b].object)
+#define OC (*o[ip[-1].c].object)
 #define NEXT goto* labels[static_cast<std::size_t>((ip++)->op)]
 #define ON(name, ...)                                                                                        \
     at_##name : __VA_ARGS__;                                                                                 \
@@ -114,7 +114,7 @@ Value Executor::loop(const Frame* below) {
     Frame* frame = nullptr;
     const Instr* ip = nullptr;
     Num* n = nullptr;
-    Cell* o = nullptr;
+    Num* o = nullptr;
     const auto resume = [&] {
         frame = top_;
         ip = frame->ip;
@@ -237,14 +237,15 @@ Value Executor::loop(const Frame* below) {
 
     at_Call : {
         frame->ip = ip;
-        CallSite& site = frame->function->calls[static_cast<std::size_t>(ip[-1].imm)];
-        if (site.procedureStamp == surroundings_.stamp()) [[likely]] {
-            ip = site.target.procedure->code.data();
-            frame = &callProcedure(site);
+        const auto index = static_cast<std::size_t>(ip[-1].imm);
+        const Link& link = frame->function->links[index];
+        if (link.stamp == surroundings_.stamp()) [[likely]] {
+            frame = link.isPlain ? &callPlain(link, *frame) : &callProcedure(link);
+            ip = link.code;
             n = frame->numbers();
             o = frame->objects;
         } else {
-            callOther(site);
+            callOther(index);
             resume();
         }
         NEXT;

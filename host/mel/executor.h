@@ -56,23 +56,22 @@ class Executor {
     bool isRunning(const Function& function) const;
 
   private:
-    /// An object register: it holds a value, or stands for one elsewhere (a constant, a global variable, an
-    /// array of the caller).
-    struct Cell {
-        Value* at = nullptr;
-        Value own;
-    };
-    /// Lies in the stack of numbers, right in front of its registers.
+    /// Lies in the stack of registers, right in front of its own: first those of numbers, then those of
+    /// objects.
     struct Frame {
-        Frame* caller = nullptr; ///< the frame below, also of another run
-        Function* function = nullptr;
+        Frame* caller = nullptr;   ///< the frame below, also of another run
         const Instr* ip = nullptr; ///< the next instruction, unless this is the running frame
-        Cell* objects = nullptr;   ///< null when there are none
-        std::size_t depth = 0;     ///< frames up to this one
+        Function* function = nullptr;
+        Num* objects = nullptr;
+        Value* owned = nullptr; ///< what registers of objects hold; null when there are none
+        std::size_t depth = 0;  ///< frames up to this one
 
         Num* numbers() { return reinterpret_cast<Num*>(this + 1); }
         const Num* numbers() const { return reinterpret_cast<const Num*>(this + 1); }
     };
+    static constexpr std::size_t kFrameHead = sizeof(Frame) / sizeof(Num);
+    static_assert(sizeof(Frame) % sizeof(Num) == 0 && std::is_trivially_destructible_v<Frame>);
+
     struct Handler {
         const Frame* frame = nullptr; ///< that set it
         const Instr* ip = nullptr;
@@ -93,13 +92,14 @@ class Executor {
     void startObjects(Frame& frame);
     void endObjects(Frame& frame);
     Place placeOf(const Frame& frame) const;
-    static Value boxed(Type type, Reg reg, const Num* numbers, const Cell* objects);
+    static Value boxed(Type type, Reg reg, const Frame& frame);
     static Value valueOf(const Argument& argument, const Frame& frame);
     static void deliver(Value value, Type type, Reg reg, Frame& frame);
-    Frame& callProcedure(const CallSite& site);
-    void callOther(CallSite& site);
-    static Handover handoverOf(const CallSite& site, const Function& function);
-    void handOverRest(const CallSite& site);
+    Frame& callProcedure(const Link& link);
+    Frame& callPlain(const Link& link, Frame& caller);
+    void callOther(std::size_t call);
+    static Link linkOf(CallSite& site, std::uint64_t stamp);
+    void handOverRest();
     void callCommand(const CallSite& site);
     void bind(const Parameter& parameter, const Argument& argument, const Frame& caller);
     void bindValue(const Parameter& parameter, const Value& value);
@@ -134,8 +134,8 @@ class Executor {
     LibraryState library_;
     Frame* top_ = nullptr; ///< of the running procedure
     std::vector<Handler> handlers_;
-    FrameStack<Num> numbers_;
-    FrameStack<Cell> objects_;
+    FrameStack<Num> registers_;
+    FrameStack<Value> values_;
     std::size_t stepsLeft_ = 0;    ///< until `takeSteps` looks at what there is
     std::size_t stepsInStock_ = 0; ///< that the limit leaves beyond those
 };
@@ -143,17 +143,21 @@ class Executor {
 // What every call and return does, inline in the loop.
 
 [[gnu::always_inline]] inline Executor::Frame& Executor::enter(Function& function) {
-    constexpr std::size_t head = sizeof(Frame) / sizeof(Num);
-    static_assert(sizeof(Frame) % sizeof(Num) == 0 && std::is_trivially_destructible_v<Frame>);
     Frame* const caller = top_;
     const std::size_t depth = caller ? caller->depth : 0;
     if (depth >= limits_.recursion) [[unlikely]]
         limitReached(limits_, &Limits::recursion);
     countStep();
-    Num* const memory = numbers_.take(head + function.numbers.size());
-    Frame& frame = *new (memory) Frame{caller, &function, function.code.data(), nullptr, depth + 1};
+    Num* const memory = registers_.take(kFrameHead + function.registers);
+    Num* const numbers = memory + kFrameHead;
+    Frame& frame = *new (memory) Frame;
+    frame.caller = caller;
+    frame.ip = function.code.data();
+    frame.function = &function;
+    frame.objects = numbers + function.numbers.size();
+    frame.depth = depth + 1;
     for (std::size_t i = function.firstSet; i < function.numbers.size(); ++i)
-        memory[head + i] = function.numbers[i];
+        numbers[i] = function.numbers[i];
     top_ = &frame;
     if (!function.objects.empty()) startObjects(frame);
     return frame;
@@ -161,19 +165,40 @@ class Executor {
 
 [[gnu::always_inline]] inline void Executor::leave() {
     Frame& frame = *top_;
-    if (frame.objects) endObjects(frame);
+    if (frame.owned) endObjects(frame);
     top_ = frame.caller;
-    numbers_.release(reinterpret_cast<Num*>(&frame));
+    registers_.release(reinterpret_cast<Num*>(&frame));
 }
 
-/// Makes the procedure that the site stands for the running one; its return delivers the result.
-[[gnu::always_inline]] inline Executor::Frame& Executor::callProcedure(const CallSite& site) {
+/// Makes the procedure that the running one calls the running one; its return delivers the result.
+[[gnu::noinline]] inline Executor::Frame& Executor::callProcedure(const Link& link) {
     const Num* const from = top_->numbers();
-    Frame& frame = enter(*site.target.procedure);
+    Frame& frame = enter(*link.procedure);
     Num* const to = frame.numbers();
-    for (const Handover::Move& move : site.handover.moves)
-        to[move.to] = from[move.from];
-    if (site.handover.hasRest) handOverRest(site);
+    const Handover::Move* move = link.moves;
+    for (std::uint32_t i = 0; i < link.moveCount; ++i, ++move)
+        to[move->to] = from[move->from];
+    if (link.hasRest) handOverRest();
+    return frame;
+}
+
+/// The same when there is nothing to set up: as short as can be, for the sake of recursion.
+[[gnu::always_inline]] inline Executor::Frame& Executor::callPlain(const Link& link, Frame& caller) {
+    const std::size_t depth = caller.depth;
+    if (depth >= limits_.recursion) [[unlikely]]
+        limitReached(limits_, &Limits::recursion);
+    countStep();
+    Frame& frame = *new (registers_.take(kFrameHead + link.registers)) Frame;
+    frame.caller = &caller;
+    frame.ip = link.code;
+    frame.function = link.procedure;
+    frame.depth = depth + 1;
+    top_ = &frame;
+    const Num* const from = caller.numbers();
+    Num* const to = frame.numbers();
+    const Handover::Move* move = link.moves;
+    for (std::uint32_t i = 0; i < link.moveCount; ++i, ++move)
+        to[move->to] = from[move->from];
     return frame;
 }
 
@@ -208,11 +233,12 @@ template <class Array>
 template <class Array>
 [[gnu::noinline]] typename Array::value_type& Executor::elementToMake(Value& value, int index) const {
     const std::size_t at = checkedIndex(index);
-    Array& array = value.as<Shared<Array>>().write();
-    if (at >= array.size()) {
-        checkGrowth(at);
-        array.resize(at + 1);
-    }
+    Array* const own = value.as<Shared<Array>>().sole();
+    Array& array = own ? *own : value.as<Shared<Array>>().write();
+    if (at < array.size()) return array[at];
+    if (at >= limits_.arraySize) checkGrowth(at);
+    if (at == array.size()) return array.emplace_back(); // most arrays grow element by element
+    array.resize(at + 1);
     return array[at];
 }
 

@@ -10,26 +10,25 @@ namespace vesk::mel {
 
 void Executor::startObjects(Frame& frame) {
     Function& function = *frame.function;
-    frame.objects = objects_.take(function.objects.size());
-    Cell* next = frame.objects;
-    for (const ObjectStart& start : function.objects) {
-        Cell& cell = *next++;
+    frame.owned = values_.take(function.objects.size());
+    for (std::size_t i = 0; i < function.objects.size(); ++i) {
+        const ObjectStart& start = function.objects[i];
         if (start.constant >= 0) {
-            cell.at = &function.constants[static_cast<std::size_t>(start.constant)];
+            frame.objects[i].object = &function.constants[static_cast<std::size_t>(start.constant)];
         } else if (start.global) {
-            cell.at = &start.global->object;
+            frame.objects[i].object = &start.global->object;
         } else {
-            cell.at = &cell.own;
-            cell.own = Value::zero(start.type);
+            frame.objects[i].object = &frame.owned[i];
+            frame.owned[i] = Value::zero(start.type);
         }
     }
 }
 
 void Executor::endObjects(Frame& frame) {
     for (std::size_t i = 0; i < frame.function->objects.size(); ++i) {
-        if (!frame.objects[i].own.isNone()) frame.objects[i].own = Value();
+        if (!frame.owned[i].isNone()) frame.owned[i] = Value();
     }
-    objects_.release(frame.objects);
+    values_.release(frame.owned);
 }
 
 bool Executor::isRunning(const Function& function) const {
@@ -46,19 +45,20 @@ Place Executor::placeOf(const Frame& frame) const {
     return Place{function.source, function.places[next > 0 ? next - 1 : 0]};
 }
 
-Value Executor::boxed(Type type, Reg reg, const Num* numbers, const Cell* objects) {
+Value Executor::boxed(Type type, Reg reg, const Frame& frame) {
+    const Num* const numbers = frame.numbers();
     switch (type) {
     case Type::None: return {};
     case Type::Int: return numbers[reg].whole();
     case Type::Float: return numbers[reg].f;
     case Type::Vector: return MVector(numbers[reg].f, numbers[reg + 1].f, numbers[reg + 2].f);
-    default: return *objects[reg].at;
+    default: return *frame.objects[reg].object;
     }
 }
 
 Value Executor::valueOf(const Argument& argument, const Frame& frame) {
     if (argument.isConstant) return argument.constant;
-    return boxed(argument.type, argument.reg, frame.numbers(), frame.objects);
+    return boxed(argument.type, argument.reg, frame);
 }
 
 /// Puts a value into a register of the type, converted.
@@ -75,27 +75,27 @@ void Executor::deliver(Value value, Type type, Reg reg, Frame& frame) {
     }
     default:
         if (value.type() == type || type == Type::Any) {
-            *frame.objects[reg].at = std::move(value);
+            *frame.objects[reg].object = std::move(value);
         } else {
-            *frame.objects[reg].at = value.convertedTo(type);
+            *frame.objects[reg].object = value.convertedTo(type);
         }
     }
 }
 
 /// A call of a command, or of a name whose meaning has to be found first.
-void Executor::callOther(CallSite& site) {
+void Executor::callOther(std::size_t call) {
+    Function& caller = *top_->function;
+    CallSite& site = caller.calls[call];
     if (site.stamp != surroundings_.stamp()) {
-        surroundings_.resolve(site, *top_->function);
-        if (const Function* procedure = site.target.procedure) {
-            site.procedureStamp = 0;
+        surroundings_.resolve(site, caller);
+        if (site.target.procedure) {
             const std::uint64_t stamp = std::exchange(site.stamp, 0); // not resolved while it does not fit
-            checkCount(*procedure, site.arguments.size() + site.constants.size());
-            site.handover = handoverOf(site, *procedure);
-            site.stamp = site.procedureStamp = stamp;
+            caller.links[call] = linkOf(site, stamp);
+            site.stamp = stamp;
         }
     }
     if (site.target.procedure) {
-        callProcedure(site);
+        callProcedure(caller.links[call]);
     } else {
         callCommand(site);
     }
@@ -108,8 +108,11 @@ void Executor::checkCount(const Function& function, std::size_t given) {
 }
 
 /// Numbers are handed over by plain copies, whatever needs more is left to every call.
-Handover Executor::handoverOf(const CallSite& site, const Function& function) {
-    Handover handover;
+Link Executor::linkOf(CallSite& site, std::uint64_t stamp) {
+    Function& function = *site.target.procedure;
+    checkCount(function, site.arguments.size() + site.constants.size());
+    Handover& handover = site.handover;
+    handover = {};
     for (std::size_t i = 0; i < function.parameters.size(); ++i) {
         const Parameter& parameter = function.parameters[i];
         const Argument* const argument = site.arguments.empty() ? nullptr : &site.arguments[i];
@@ -129,15 +132,24 @@ Handover Executor::handoverOf(const CallSite& site, const Function& function) {
             handover.others.push_back(i);
         }
     }
-    handover.hasRest = !handover.presets.empty() || !handover.others.empty();
-    return handover;
+    Link link;
+    link.stamp = stamp;
+    link.procedure = &function;
+    link.code = function.code.data();
+    link.moves = handover.moves.data();
+    link.moveCount = static_cast<std::uint32_t>(handover.moves.size());
+    link.registers = static_cast<std::uint32_t>(function.registers);
+    link.hasRest = !handover.presets.empty() || !handover.others.empty();
+    link.isPlain = !link.hasRest && function.objects.empty() && function.firstSet == function.numbers.size();
+    return link;
 }
 
 /// The arguments that are not mere numbers in registers.
-void Executor::handOverRest(const CallSite& site) {
+void Executor::handOverRest() {
+    const Frame& caller = *top_->caller;
+    const CallSite& site = caller.function->calls[static_cast<std::size_t>(caller.ip[-1].imm)];
     for (const Handover::Preset& preset : site.handover.presets)
         top_->numbers()[preset.to] = preset.value;
-    const Frame& caller = *top_->caller;
     try {
         for (const std::size_t i : site.handover.others) {
             const Parameter& parameter = top_->function->parameters[i];
@@ -157,8 +169,8 @@ void Executor::bind(const Parameter& parameter, const Argument& argument, const 
     if (argument.isConstant) {
         bindValue(parameter, argument.constant);
     } else if (isArray(parameter.type) && !isNumeric(argument.type) &&
-               caller.objects[argument.reg].at->type() == parameter.type) {
-        top_->objects[parameter.reg].at = caller.objects[argument.reg].at; // by reference
+               caller.objects[argument.reg].object->type() == parameter.type) {
+        top_->objects[parameter.reg].object = caller.objects[argument.reg].object; // by reference
     } else {
         bindValue(parameter, valueOf(argument, caller));
     }
@@ -220,7 +232,7 @@ void Executor::callLibrary(const LibrarySite& site) {
             numbers[i] = valueOf(argument, frame);
             arguments[i] = &numbers[i];
         } else {
-            arguments[i] = frame.objects[argument.reg].at;
+            arguments[i] = frame.objects[argument.reg].object;
         }
     }
     Value result = site.function->values(library_, std::span<Value* const>(arguments, count));
@@ -233,10 +245,10 @@ bool Executor::returnFrom(Type type, Reg reg, const Frame* below, Value& result)
     Frame& frame = *top_; // stays where it is
     const bool outermost = frame.caller == below;
     Value value;
-    if (!isNumeric(type) && type != Type::None && frame.objects[reg].at == &frame.objects[reg].own) {
-        value = std::move(frame.objects[reg].own);
+    if (!isNumeric(type) && type != Type::None && frame.objects[reg].object == &frame.owned[reg]) {
+        value = std::move(frame.owned[reg]);
     } else {
-        value = boxed(type, reg, frame.numbers(), frame.objects);
+        value = boxed(type, reg, frame);
     }
     leave();
     if (outermost) {
