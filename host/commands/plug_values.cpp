@@ -59,14 +59,14 @@ void addNumbers(const Scene& scene, Cell& cell, Numbers& numbers) {
         addNumbers(scene, cell.child(static_cast<int>(i)), numbers);
 }
 
-template <class ArrayData, class Convert>
-Value flattened(const ArrayData& data, std::size_t each, Convert convert) {
-    mel::FloatArray floats;
-    floats.reserve(data.values.read().size() * each);
-    for (const auto& item : data.values.read())
-        convert(item, floats);
-    return floats;
+/// Items that are `each` numbers in a row.
+template <class Item>
+Value flattened(const std::vector<Item>& items, std::size_t each) {
+    if (items.empty()) return mel::FloatArray();
+    const double* const first = &items.front().x;
+    return mel::FloatArray(first, first + each * items.size());
 }
+static_assert(sizeof(MVector) == 3 * sizeof(double) && sizeof(MPoint) == 4 * sizeof(double));
 
 Value matrixValue(const MMatrix& matrix) {
     mel::FloatArray floats;
@@ -99,17 +99,13 @@ Value dataValue(const Data& data) {
     if (const auto* list = dynamic_cast<const ComponentListData*>(&data)) return list->texts();
     if (const auto* numeric = dynamic_cast<const NumericData*>(&data)) return numericValue(*numeric);
     if (const auto* floats = dynamic_cast<const FloatArrayData*>(&data)) {
-        return flattened(*floats, 1, [](float item, mel::FloatArray& to) { to.push_back(item); });
+        return mel::FloatArray(floats->values.read().begin(), floats->values.read().end());
     }
     if (const auto* vectors = dynamic_cast<const VectorArrayData*>(&data)) {
-        return flattened(*vectors, 3, [](const MVector& item, mel::FloatArray& to) {
-            to.insert(to.end(), {item.x, item.y, item.z});
-        });
+        return flattened(vectors->values.read(), 3);
     }
     if (const auto* points = dynamic_cast<const PointArrayData*>(&data)) {
-        return flattened(*points, 4, [](const MPoint& item, mel::FloatArray& to) {
-            to.insert(to.end(), {item.x, item.y, item.z, item.w});
-        });
+        return flattened(points->values.read(), 4);
     }
     return {};
 }

@@ -9,7 +9,17 @@ void Log::add(LogLevel level, std::string_view text, std::string_view detail) {
     if (level == LogLevel::Error) ++errors_;
     if (level == LogLevel::Warning) ++warnings_;
     if (sink_) sink_(entry);
+    for (auto next = listeners_.begin(); next != listeners_.end();) {
+        const auto [id, listener] = *next;
+        listener(entry);
+        next = listeners_.upper_bound(id);
+    }
     if (keep_) entries_.push_back(std::move(entry));
+}
+
+int Log::addListener(Sink listener) {
+    listeners_.emplace(++lastListener_, std::move(listener));
+    return lastListener_;
 }
 
 std::string Log::decorated(const LogEntry& entry) {

@@ -2,6 +2,7 @@
 // The one way out for messages: what the host would show in its Script Editor.
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,6 +30,10 @@ class Log {
     void add(LogLevel level, std::string_view text, std::string_view detail = {});
 
     void setSink(Sink sink) { sink_ = std::move(sink); }
+    /// Hears each message too; returns what it is removed by, above 0. Listeners may come and go while one is
+    /// called.
+    int addListener(Sink listener);
+    bool removeListener(int id) { return listeners_.erase(id) > 0; }
     /// Entries are kept only while this is on (tests); counters always run.
     void keepEntries(bool keep) { keep_ = keep; }
     const std::vector<LogEntry>& entries() const { return entries_; }
@@ -43,6 +48,8 @@ class Log {
 
   private:
     Sink sink_;
+    std::map<int, Sink> listeners_;
+    int lastListener_ = 0;
     bool keep_ = false;
     std::vector<LogEntry> entries_;
     std::size_t errors_ = 0;

@@ -46,6 +46,21 @@ std::string typeText(const graph::Attribute& attribute) {
     return attribute.array ? text + "[]" : text;
 }
 
+/// As a script would write it, on one line.
+std::string quoted(const MString& text) {
+    std::string line = "\"";
+    for (const char* at = text.asChar(); *at; ++at) {
+        switch (*at) {
+        case '\n': line += "\\n"; break;
+        case '\t': line += "\\t"; break;
+        case '"':
+        case '\\': line += '\\'; [[fallthrough]];
+        default: line += *at;
+        }
+    }
+    return line + '"';
+}
+
 std::string defaultText(const graph::Attribute& attribute) {
     if (attribute.isNumber()) {
         if (attribute.kind == graph::AttrKind::Numeric && attribute.numericType == MFnNumericData::kBoolean) {
@@ -54,7 +69,7 @@ std::string defaultText(const graph::Attribute& attribute) {
         return formatDouble(attribute.defaultNumber);
     }
     if (const auto* text = dynamic_cast<const StringData*>(attribute.defaultData.get())) {
-        return '"' + std::string(text->value.asChar()) + '"';
+        return quoted(text->value);
     }
     return attribute.kind == graph::AttrKind::Matrix ? "identity" : "";
 }

@@ -89,8 +89,14 @@ class QuietCommands {
 /// A mesh in place of the surface that feeds `input`, with one vertex a CV, made by the host's own
 /// tessellation through temporary nodes. Null when nothing feeds the plug.
 MObject surfaceAsMesh(const MPlug& input);
+
+/// How `curveAsMesh` makes its ribbon.
+struct RibbonRecipe {
+    bool rebuild = true;             ///< multiple end knots first, so that a periodic curve opens
+    bool alongProfileNormal = false; ///< swept along the curve's own normal instead of up
+};
 /// A ribbon in place of the curve that feeds `input`: two vertices a CV, the even ones at the CVs.
-MObject curveAsMesh(const MPlug& input);
+MObject curveAsMesh(const MPlug& input, const RibbonRecipe& recipe = {});
 
 /// A new array data object for an output, filled in place and then handed over, so that one allocation does.
 template <class FunctionSet, class Array>

@@ -70,22 +70,27 @@ MObject surfaceAsMesh(const MPlug& input) {
     return mesh;
 }
 
-MObject curveAsMesh(const MPlug& input) {
-    const MString upstream = upstreamOf(input);
-    if (upstream.length() == 0) return MObject::kNullObj;
+MObject curveAsMesh(const MPlug& input, const RibbonRecipe& recipe) {
+    MString profile = upstreamOf(input);
+    if (profile.length() == 0) return MObject::kNullObj;
     const QuietCommands quiet;
-    const MString rebuild = make("rebuildCurve");
-    set(rebuild, ".rebuildType 3");
-    set(rebuild, ".endKnots 1");
-    connect(upstream, rebuild + ".inputCurve");
+    MString rebuild;
+    if (recipe.rebuild) {
+        rebuild = make("rebuildCurve");
+        set(rebuild, ".rebuildType 3");
+        set(rebuild, ".endKnots 1");
+        connect(profile, rebuild + ".inputCurve");
+        profile = rebuild + ".outputCurve ";
+    }
     const MString extrude = make("extrude");
     set(extrude, ".extrudeType 0");
-    connect(rebuild + ".outputCurve ", extrude + ".profile");
+    if (recipe.alongProfileNormal) set(extrude, ".useProfileNormal 1");
     const MString tessellate = make("nurbsTessellate");
     set(tessellate, ".polygonType 1");
     set(tessellate, ".format 3");
     set(tessellate, ".matchNormalDir 1");
     connect(extrude + ".outputSurface ", tessellate + ".inputSurface");
+    connect(profile, extrude + ".profile");
     const MObject mesh = meshAt(tessellate + ".outputPolygon");
     run("delete " + extrude + " " + tessellate + " " + rebuild);
     return mesh;

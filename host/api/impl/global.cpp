@@ -34,8 +34,14 @@ MStatus run(const MString& command, Result& result, bool echo) {
         result = Result();
     }
     if (!session()) return MStatus::kFailure;
-    const auto done = session()->runMel(text(command), echo);
+    auto done = session()->runMel(text(command), echo);
     if (!done.ok) return MStatus::kFailure;
+    if constexpr (std::is_same_v<Result, MDoubleArray>) {
+        if (auto* floats = done.value.template ifShared<vesk::mel::FloatArray>()) {
+            vesk::storage(result) = std::move(floats->write());
+            return {};
+        }
+    }
     return MCommandResult(done.value).getResult(result);
 }
 
