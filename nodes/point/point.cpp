@@ -1,12 +1,8 @@
 #include "nodes/point/point.h"
 
+#include "nodes/common/arrays.h"
 #include "nodes/common/attributes.h"
 #include "nodes/point/pointEvaluation.h"
-
-#include <maya/MFnDoubleArrayData.h>
-#include <maya/MFnIntArrayData.h>
-#include <maya/MFnPointArrayData.h>
-#include <maya/MFnVectorArrayData.h>
 
 #include <algorithm>
 
@@ -138,52 +134,19 @@ PointSwitches readSwitches(MDataBlock& block) {
              isOn(point::applyChangesNormal), false, isOn(point::applyChangesMap)}};
 }
 
-/// An array output: the block that it belongs to, and what it holds while that block is switched off.
-struct ArrayRow {
-    const MObject* attribute;
-    PointBlock block;
-    MObject (*makeEmpty)();
-};
-
-template <class FunctionSet>
-MObject empty() {
-    return FunctionSet().create();
-}
-
-constexpr auto kInts = empty<MFnIntArrayData>;
-constexpr auto kDoubles = empty<MFnDoubleArrayData>;
-constexpr auto kVectors = empty<MFnVectorArrayData>;
-constexpr auto kPoints = empty<MFnPointArrayData>;
-
-const ArrayRow kArrays[] = {
-    {&point::outPositionPP, PointBlock::kPosition, kVectors},
-    {&point::outPositionPP2, PointBlock::kPosition, kPoints},
-    {&point::outWeightPP, PointBlock::kWeight, kDoubles},
-    {&point::outRgbaPP, PointBlock::kColor, kDoubles},
-    {&point::outRgbaPP2, PointBlock::kColor, kDoubles},
-    {&point::outNormalPP, PointBlock::kNormal, kVectors},
-    {&point::outNormalPP2, PointBlock::kNormal, kVectors},
-    {&point::outRadiusPP, PointBlock::kRadius, kDoubles},
-    {&point::outMapPP, PointBlock::kMap, kDoubles},
-    {&point::outMapPP2, PointBlock::kMap, kDoubles},
-    {&point::outSharedMapPP, PointBlock::kMap, kDoubles},
-    {&point::outSharedMapPP2, PointBlock::kMap, kDoubles},
-    {&point::outIdPM, PointBlock::kMap, kInts},
-    {&point::outIdForMapPP, PointBlock::kMap, kInts},
-};
-
 /// Whether a compute fills this plug. An array whose block is switched off is emptied and done with.
 bool isServed(const MPlug& plug, MDataBlock& block, const PointSwitches& switches) {
-    if (plug == point::outGeometry || (plug == point::outIdPP && switches.any())) return true;
-    const auto row = std::find_if(std::begin(kArrays), std::end(kArrays),
-                                  [&](const ArrayRow& one) { return plug == *one.attribute; });
-    const bool isIds = plug == point::outIdPP;
-    if (row == std::end(kArrays) && !isIds) return false;
-    if (!isIds && switches.runs(row->block)) return true;
-    MDataHandle output = block.outputValue(isIds ? point::outIdPP : *row->attribute);
-    output.set(isIds ? kInts() : row->makeEmpty());
-    output.setClean();
-    return false;
+    if (plug == point::outGeometry) return true;
+    if (plug == point::outIdPP) {
+        if (!switches.any()) putEmptyArray<IntsOutput>(block, point::outIdPP);
+        return switches.any();
+    }
+    const auto rows = blockArrays();
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [&](const BlockArray& one) { return plug == *one.attribute; });
+    if (row == rows.end()) return false;
+    if (!switches.runs(row->block)) row->putEmpty(block, *row->attribute);
+    return switches.runs(row->block);
 }
 
 } // namespace

@@ -1,16 +1,12 @@
 #include "nodes/point/pointEvaluation.h"
 
+#include "nodes/common/arrays.h"
 #include "nodes/point/point.h"
 
 #include <maya/MCommandMessage.h>
-#include <maya/MFnDoubleArrayData.h>
-#include <maya/MFnIntArrayData.h>
-#include <maya/MFnPointArrayData.h>
-#include <maya/MFnVectorArrayData.h>
 #include <maya/MGlobal.h>
 
 #include <algorithm>
-#include <array>
 
 namespace vesk::nodes {
 
@@ -76,6 +72,26 @@ const MObject& textAttribute(PointBlock block) {
 }
 
 } // namespace
+
+std::span<const BlockArray> blockArrays() {
+    static const BlockArray rows[] = {
+        {&Self::outPositionPP, PointBlock::kPosition, putEmptyArray<VectorsOutput>},
+        {&Self::outPositionPP2, PointBlock::kPosition, putEmptyArray<PointsOutput>},
+        {&Self::outWeightPP, PointBlock::kWeight, putEmptyArray<DoublesOutput>},
+        {&Self::outRgbaPP, PointBlock::kColor, putEmptyArray<DoublesOutput>},
+        {&Self::outRgbaPP2, PointBlock::kColor, putEmptyArray<DoublesOutput>},
+        {&Self::outNormalPP, PointBlock::kNormal, putEmptyArray<VectorsOutput>},
+        {&Self::outNormalPP2, PointBlock::kNormal, putEmptyArray<VectorsOutput>},
+        {&Self::outRadiusPP, PointBlock::kRadius, putEmptyArray<DoublesOutput>},
+        {&Self::outMapPP, PointBlock::kMap, putEmptyArray<DoublesOutput>},
+        {&Self::outMapPP2, PointBlock::kMap, putEmptyArray<DoublesOutput>},
+        {&Self::outSharedMapPP, PointBlock::kMap, putEmptyArray<DoublesOutput>},
+        {&Self::outSharedMapPP2, PointBlock::kMap, putEmptyArray<DoublesOutput>},
+        {&Self::outIdPM, PointBlock::kMap, putEmptyArray<IntsOutput>},
+        {&Self::outIdForMapPP, PointBlock::kMap, putEmptyArray<IntsOutput>},
+    };
+    return rows;
+}
 
 bool PointSwitches::any() const { return std::find(std::begin(run), std::end(run), true) != std::end(run); }
 
@@ -331,11 +347,9 @@ void PointEvaluation::clear(PointBlock block) {
     }
 }
 
-/// Arrays of blocks that are switched off come out empty.
+/// The second arrays and the ids stay as the blocks saw them; those of blocks that are switched off come out
+/// empty.
 void PointEvaluation::publishResults() {
-    for (const PointBlock block : kPointBlocks) {
-        if (!switches_.runs(block)) clear(block);
-    }
     MVectorArray positions(work_.points.length());
     for (unsigned i = 0; i < positions.length(); ++i)
         positions[i] = MVector(work_.points[i]);
@@ -346,15 +360,10 @@ void PointEvaluation::publishResults() {
     publish(Self::outRadiusPP, std::move(work_.radii));
     publish(Self::outMapPP, std::move(work_.map));
     publish(Self::outSharedMapPP, std::move(work_.sharedMap));
-    if (!switches_.any()) publish(Self::outIdPP, MIntArray());
-    if (!switches_.runs(PointBlock::kPosition)) publish(Self::outPositionPP2, MPointArray());
-    if (!switches_.runs(PointBlock::kColor)) publish(Self::outRgbaPP2, MDoubleArray());
-    if (!switches_.runs(PointBlock::kNormal)) publish(Self::outNormalPP2, MVectorArray());
-    if (switches_.runs(PointBlock::kMap)) return;
-    publish(Self::outMapPP2, MDoubleArray());
-    publish(Self::outSharedMapPP2, MDoubleArray());
-    publish(Self::outIdPM, MIntArray());
-    publish(Self::outIdForMapPP, MIntArray());
+    for (const BlockArray& row : blockArrays()) {
+        if (!switches_.runs(row.block)) row.putEmpty(block_, *row.attribute);
+    }
+    if (!switches_.any()) putEmptyArray<IntsOutput>(block_, Self::outIdPP);
 }
 
 } // namespace vesk::nodes

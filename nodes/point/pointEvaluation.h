@@ -4,6 +4,8 @@
 #include "nodes/point/pointGeometry.h"
 #include "nodes/point/pointProcedures.h"
 
+#include <span>
+
 class MPxNode;
 
 namespace vesk::nodes {
@@ -17,6 +19,15 @@ struct PointSwitches {
     bool applies(PointBlock block) const { return apply[static_cast<int>(block)]; }
     bool any() const;
 };
+
+/// An output array, the block that it belongs to, and what empties it while that block is switched off.
+struct BlockArray {
+    const MObject* attribute;
+    PointBlock block;
+    void (*putEmpty)(MDataBlock& block, const MObject& attribute);
+};
+/// All but `outIdPP`, which belongs to every block.
+std::span<const BlockArray> blockArrays();
 
 class PointEvaluation {
   public:

@@ -23,7 +23,8 @@ MCallbackId MCommandMessage::addCommandOutputCallback(OutputFunction function, v
                                                       MStatus* status) {
     if (!function) return vesk::api::answer(status, MCallbackId{0}, MStatus::kInvalidParameter);
     const auto pass = [function, clientData](const vesk::LogEntry& entry) {
-        function(vesk::toMString(entry.text), typeOf(entry.level), clientData);
+        const std::string text = entry.detail.empty() ? entry.text : entry.text + "\n" + entry.detail;
+        function(vesk::toMString(text), typeOf(entry.level), clientData);
     };
     return vesk::api::answer(status, MCallbackId{vesk::log().addListener(pass)});
 }

@@ -2,6 +2,7 @@
 
 #include "host/api/impl/test_session.h"
 
+#include <maya/MCommandMessage.h>
 #include <maya/MDGModifier.h>
 #include <maya/MDagPathArray.h>
 #include <maya/MDoubleArray.h>
@@ -326,6 +327,27 @@ TEST_F(SceneTest, ModifiersMakeTheirChangesTogether) {
     EXPECT_TRUE(modifier.connect(from, Probe::sum, to, Probe::a));
     EXPECT_EQ(modifier.doIt(), MStatus::kFailure); // there is one
     EXPECT_EQ(modifier.undoIt(), MStatus::kNotImplemented);
+}
+
+TEST_F(SceneTest, CallbacksHearWhatTheSessionSays) {
+    using Heard = std::vector<std::string>;
+    Heard heard;
+    const auto hear = [](const MString& message, MCommandMessage::MessageType type, void* to) {
+        static_cast<Heard*>(to)->push_back(std::to_string(type) + " " + text(message));
+    };
+    const MCallbackId id = MCommandMessage::addCommandOutputCallback(hear, &heard);
+    const MCallbackId other = MCommandMessage::addCommandOutputCallback(hear, &heard);
+    EXPECT_NE(id, other);
+    EXPECT_TRUE(MMessage::removeCallback(other));
+    EXPECT_EQ(MMessage::removeCallback(other), MStatus::kFailure);
+    MGlobal::displayWarning("watch out");
+    log().error("line 2: bad", "2:1 | x");
+    EXPECT_TRUE(MMessage::removeCallback(id));
+    MGlobal::displayInfo("unheard");
+    EXPECT_EQ(heard, (Heard{"3 watch out", "4 line 2: bad\n2:1 | x"}));
+    MStatus status;
+    MCommandMessage::addCommandOutputCallback(nullptr, nullptr, &status);
+    EXPECT_EQ(status, MStatus::kInvalidParameter);
 }
 
 } // namespace
