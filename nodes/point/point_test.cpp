@@ -282,7 +282,7 @@ TEST_F(Point, StateGuardAndSwitches) {
     expectNear(shown(), flat);
     run("setAttr p.nodeState 2; setAttr -type \"string\" p.stringPosition \"$Y=3;\";");
     expectNear(shown(), flat);
-    run("setAttr p.nodeState 0");
+    run("setAttr p.nodeState 0; setAttr p.currentTime 2;");
     EXPECT_EQ(shown()[1], 3);
     run("setAttr p.enablePosition 0");
     expectEmpty({"outPositionPP", "outPositionPP2", "outIdPP"});

@@ -348,6 +348,7 @@ TEST_F(SceneTest, CallbacksHearWhatTheSessionSays) {
     MStatus status;
     MCommandMessage::addCommandOutputCallback(nullptr, nullptr, &status);
     EXPECT_EQ(status, MStatus::kInvalidParameter);
+    (void)log().take();
 }
 
 } // namespace
