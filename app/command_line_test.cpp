@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -128,6 +129,30 @@ TEST_F(CommandLine, BadInputNamesThePlaceAndEndsWithOne) {
     expectFailure("run cube.mel --plugin plugin.so", 1, "plugin.so");
     EXPECT_FALSE(fs::exists(folder / "x.ply"));
     EXPECT_FALSE(fs::exists(folder / "x.npy"));
+}
+
+TEST_F(CommandLine, ScriptsAreFoundByNameAndWriteWhereTheyMay) {
+    fs::create_directories(folder / "listed");
+    fs::create_directories(folder / "user/scripts");
+    file("listed/greet.mel", "print(\"run \"); global proc greet() { print(\"listed\"); }");
+    file("main.mel", "greet; greet;");
+    setenv("MAYA_SCRIPT_PATH", "nowhere::listed:./listed/", 1);
+    EXPECT_EQ(vesk("run main.mel --no-plugin --user-dir user").out, "run listedlisted");
+    file("user/scripts/greet.mel", "global proc greet() { print(\"user \"); }");
+    EXPECT_EQ(vesk("run main.mel --no-plugin --user-dir user").out, "user user ");
+    unsetenv("MAYA_SCRIPT_PATH");
+    file("write.mel",
+         "int $f = `fopen \"out.txt\" \"w\"`; fprint $f \"text\"; fclose $f; fopen \"../out.txt\" \"w\";");
+    expectFailure("run write.mel --no-plugin", 1, "not \"../out.txt\"");
+    EXPECT_EQ(content("out.txt"), "text");
+}
+
+TEST_F(CommandLine, AnInterruptEndsAnEndlessScript) {
+    file("endless.mel", "while (1) catchQuiet(eval(\"while (1);\"));");
+    const std::string line = "cd '" + folder.string() +
+                             "' && timeout --preserve-status -s INT 0.5 '" VESK_BINARY_DIR
+                             "/bin/vesk' run endless.mel --no-plugin 2>/dev/null";
+    EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), kInterrupted);
 }
 
 TEST_F(CommandLine, LimitsOfScriptsAreSetByName) {

@@ -108,6 +108,10 @@ constexpr Builtin table[] = {
     unary<std::fabs>("abs"),
     row("abs", "i", Type::Int,
         [](LibraryState&, const Num* a, Num* r) { r->i = a->i < 0 ? subInts(0, a->whole()) : a->whole(); }),
+    row("abs", "v", Type::Vector,
+        [](LibraryState&, const Num* a, Num* r) {
+            put(r, {std::fabs(a[0].f), std::fabs(a[1].f), std::fabs(a[2].f)});
+        }),
     row("sign", "i", Type::Int, [](LibraryState&, const Num* a, Num* r) { r->i = (a->i > 0) - (a->i < 0); }),
 
     binary<std::pow>("pow"),
