@@ -21,7 +21,7 @@ bool isBelow(const fs::path& file, const fs::path& folder) {
 
 bool ScriptFiles::mayWrite(const std::string& path) const {
     std::error_code error;
-    const fs::path file = fs::weakly_canonical(path, error);
+    const fs::path file = fs::weakly_canonical(fs::absolute(path, error), error);
     if (error || fs::is_symlink(file, error)) return false; // still a link: one to nowhere
     if (fs::exists(file, error) && !fs::is_regular_file(file, error)) return false;
     return std::any_of(writeFolders.begin(), writeFolders.end(), [&file, &error](const std::string& folder) {
