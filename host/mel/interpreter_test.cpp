@@ -259,6 +259,44 @@ TEST_F(Mel, LimitsStopAScriptByName) {
     EXPECT_EQ(errorOf("$s += \"x\";"), kFullString);
     EXPECT_EQ(errorOf("$s = $s + 1;"), kFullString);
     EXPECT_EQ(valueOf("size($s)"), "40");
+    // The library keeps to them as well.
+    EXPECT_EQ(valueOf("string $full = substring($s, 1, 39); size(substitute(\"$\", $full, \"x\"))"), "40");
+    EXPECT_EQ(errorOf("substitute(\"$\", $full, \"xy\")"), kFullString);
+    EXPECT_EQ(errorOf("substituteAllString($s, \"0\", \"oo\")"), kFullString);
+    EXPECT_EQ(errorOf("stringArrayToString({$s, $s}, \"\")"), kFullString);
+    EXPECT_EQ(errorOf("`format -s $s \"^1s^1s\"`"), kFullString);
+    EXPECT_EQ(valueOf("size(encodeString($s))"), "40");
+    EXPECT_EQ(errorOf("encodeString(substitute(\"0\", $s, \"\\\"\"))"), kFullString);
+    EXPECT_EQ(valueOf("int $half[]; $half[49] = 1; size(intArrayCatenate($half, $half))"), "100");
+    EXPECT_EQ(errorOf("intArrayCatenate($half, $a)"), kFullArray);
+    EXPECT_EQ(errorOf("intArrayInsertAtIndex(0, $a, 1)"), kFullArray);
+    machine.limits().stringSize = 1000;
+    const auto words = [](int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i)
+            text += "w ";
+        return "string $w[]; tokenize(\"" + text + "\", $w)";
+    };
+    EXPECT_EQ(valueOf(words(100)), "100");
+    EXPECT_EQ(errorOf(words(101)), kFullArray);
+}
+
+TEST_F(Mel, FixedLimitsHaveTwoSides) {
+    const auto groups = [](std::size_t depth) {
+        return "match(\"" + std::string(depth, '(') + "a" + std::string(depth, ')') + "\", \"a\")";
+    };
+    EXPECT_EQ(valueOf(groups(100)), "a");
+    EXPECT_EQ(errorOf(groups(101)).substr(0, 18), "Malformed pattern ");
+    EXPECT_TRUE(machine.run("matrix $tall[1024][1]; matrix $wide[1][1024];").ok);
+    EXPECT_EQ(errorOf("matrix $m[1025][1];"), "Syntax error: a matrix has 1 to 1024 rows and columns.");
+    const auto row = [](int columns) {
+        std::string text = "$m = <<0";
+        for (int i = 1; i < columns; ++i)
+            text += ", 0";
+        return text + ">>; $m[0][0]";
+    };
+    EXPECT_EQ(valueOf(row(1024)), "0");
+    EXPECT_EQ(errorOf(row(1025)), "A matrix has at most 1024 rows and columns.");
 }
 
 TEST_F(Mel, StepLimitEndsEndlessScripts) {

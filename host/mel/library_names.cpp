@@ -99,8 +99,9 @@ constexpr Builtin table[] = {
              [](LibraryState&, Arguments a) -> Value { return withSlashes(textAt(a, 0)); }),
     valueRow("interToUI", "s", Type::String,
              [](LibraryState& state, Arguments a) -> Value {
-                 checkStringSize(2 * textAt(a, 0).size(), state.limits);
-                 return inWords(textAt(a, 0));
+                 std::string words = inWords(textAt(a, 0));
+                 checkStringSize(words.size(), state.limits);
+                 return words;
              }),
     valueRow("formValidObjectName", "s", Type::String,
              [](LibraryState&, Arguments a) -> Value { return objectName(textAt(a, 0)); }),

@@ -102,7 +102,6 @@ std::string substitutedAll(const std::string& text, const std::string& search, c
 
 /// `"`, `\\`, newline and the like as the language writes them in a string.
 std::string encoded(const std::string& text, const Limits& limits) {
-    checkStringSize(2 * text.size(), limits);
     std::string code;
     for (const char c : text) {
         switch (c) {
@@ -114,6 +113,7 @@ std::string encoded(const std::string& text, const Limits& limits) {
         default: code += c;
         }
     }
+    checkStringSize(code.size(), limits);
     return code;
 }
 
