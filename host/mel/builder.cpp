@@ -135,8 +135,41 @@ void Builder::emit(Op op, Reg a, Reg b, Reg c, std::int32_t imm) {
 }
 
 std::size_t Builder::jump(Op op, Reg a, Reg b) {
-    emit(op, a, b);
+    if (!joinLoop(op, a, b)) emit(op, a, b);
     return here() - 1;
+}
+
+/// The last instruction when it is of that kind and the next one always follows it.
+Instr* Builder::lastOf(Op op) {
+    if (function_.code.empty() || lastTarget_ == here() || function_.code.back().op != op) return nullptr;
+    return &function_.code.back();
+}
+
+/// `$x = $y = $a[$i]`: the element goes to both.
+bool Builder::joinMove(Reg to, Reg from) {
+    Instr* const last = lastOf(Op::GetFloat);
+    if (!last || last->a != from) return false;
+    last->op = Op::GetFloatTwice;
+    last->imm = to;
+    return true;
+}
+
+/// `$a[$b[$i]]`: an element by an element of an int array, which nobody else needs.
+bool Builder::joinElement(Reg to, Reg array, Reg index) {
+    Instr* const last = lastOf(Op::GetInt);
+    if (!last || last->a != index) return false;
+    *last = {Op::GetFloatAt, to, array, last->c, last->b};
+    return true;
+}
+
+/// `$i++` in front of `$i < $n`.
+bool Builder::joinLoop(Op op, Reg a, Reg b) {
+    Instr* const last = lastOf(Op::StepInt);
+    const bool fits =
+        last && op == Op::JumpLessInt && last->a == a && last->b == a && isSmall(last->imm) && b != a;
+    if (!fits) return false;
+    *last = {Op::StepJumpLess, a, b, static_cast<Reg>(last->imm), 0};
+    return true;
 }
 
 bool Builder::isReachable() const {

@@ -48,11 +48,17 @@ class Builder {
 
     void emit(Op op, Reg a = 0, Reg b = 0, Reg c = 0, std::int32_t imm = 0);
     std::size_t here() const { return function_.code.size(); }
+    /// The same for a place that later jumps go back to: nothing is joined across it.
+    std::size_t target() { return lastTarget_ = here(); }
     /// Emits a jump and returns it for a later `land`.
     std::size_t jump(Op op, Reg a = 0, Reg b = 0);
     void land(std::size_t jump, std::size_t target);
     void landHere(const Jumps& jumps);
     void landAt(const Jumps& jumps, std::size_t target);
+    /// These do the work of a move, or of reading an element, in the instruction before where that is
+    /// possible.
+    bool joinMove(Reg to, Reg from);
+    bool joinElement(Reg to, Reg array, Reg index);
     /// Whether the next instruction can be come to: not right after a return or jump, unless a jump lands
     /// here.
     bool isReachable() const;
@@ -60,6 +66,8 @@ class Builder {
     void finish();
 
   private:
+    Instr* lastOf(Op op);
+    bool joinLoop(Op op, Reg a, Reg b);
     Reg addObject(const ObjectStart& start);
     Reg numberConstant(Num number);
     Reg vectorConstant(const MVector& vector);

@@ -107,7 +107,8 @@ Operand FunctionCompiler::element(const IndexExpr& expr, const Want& want) {
     }
     const Operand at = index(*expr.index);
     builder_.setPlace(expr.at);
-    Operand result = getElement(array, at, want);
+    const bool joined = array.type == Type::Floats && at.isTemporary();
+    Operand result = joined ? joinedElement(array, at, want) : getElement(array, at, want);
     release(at);
     release(array);
     return result;
@@ -122,6 +123,16 @@ Operand FunctionCompiler::getElement(const Operand& array, const Operand& index,
                   : type == Type::String ? Op::GetText
                                          : Op::GetAny;
     builder_.emit(op, result.reg, registerOf(array), registerOf(index));
+    return result;
+}
+
+/// The same for floats and an index that nobody reads again.
+Operand FunctionCompiler::joinedElement(const Operand& array, const Operand& index, const Want& want) {
+    Operand result = temporary(Type::Float, want);
+    const Reg from = registerOf(array);
+    if (!builder_.joinElement(result.reg, from, index.reg)) {
+        builder_.emit(Op::GetFloat, result.reg, from, index.reg);
+    }
     return result;
 }
 

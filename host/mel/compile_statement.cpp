@@ -122,7 +122,7 @@ void FunctionCompiler::loop(const LoopStmt& stmt) {
     // The condition stands twice, before the loop and at its end, so that a turn costs one jump.
     Jumps skips;
     if (stmt.kind != Stmt::Kind::DoWhile) condition(false, skips);
-    const std::size_t start = builder_.here();
+    const std::size_t start = builder_.target();
     loops_.emplace_back();
     statement(*stmt.body);
     builder_.landHere(loops_.back().continues);
@@ -159,7 +159,7 @@ void FunctionCompiler::forIn(const ForInStmt& stmt) {
     index.type = Type::Int;
     index.reg = builder_.allocate(Type::Int);
     builder_.emit(Op::MoveNumber, index.reg, builder_.constant(-1));
-    const std::size_t start = builder_.here();
+    const std::size_t start = builder_.target();
     builder_.emit(Op::StepInt, index.reg, index.reg, 0, 1);
     const std::size_t end = builder_.jump(Op::JumpUnlessElement, index.reg, list);
     release(write(variable, getElement(array, index, wantOf(variable))));

@@ -235,6 +235,7 @@ void FunctionCompiler::move(Type type, Reg to, const Operand& from) {
     if (type == Type::Vector) {
         builder_.emit(Op::MoveVector, to, reg);
     } else if (isNumeric(type)) {
+        if (type == Type::Float && builder_.joinMove(to, reg)) return;
         builder_.emit(Op::MoveNumber, to, reg);
     } else {
         builder_.emit(from.isTemporary() ? Op::TakeObject : Op::MoveObject, to, reg);

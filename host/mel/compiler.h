@@ -155,6 +155,7 @@ class FunctionCompiler {
     Operand index(const Expr& expr);
     Operand element(const IndexExpr& expr, const Want& want);
     Operand getElement(const Operand& array, const Operand& index, const Want& want);
+    Operand joinedElement(const Operand& array, const Operand& index, const Want& want);
     Operand matrixElement(const IndexExpr& expr, const Operand& matrix, const Want& want);
     Operand component(const ComponentExpr& expr);
     Operand negate(const UnaryExpr& expr, const Want& want);

@@ -197,6 +197,7 @@ Value Executor::loop(const Frame* below) {
         ON(Not, NA.i = NB.i == 0);
 
         JUMP(Jump, true);
+        JUMP(StepJumpLess, (NA.i = addInts(NA.whole(), smallOf(ip[-1].c))) < NB.i);
         JUMP(JumpIf, NA.i != 0);
         JUMP(JumpUnless, NA.i == 0);
         JUMP(JumpLessInt, NA.i < NB.i);
@@ -217,6 +218,8 @@ Value Executor::loop(const Frame* below) {
 
         ON(GetInt, NA.i = elementIn<IntArray>(OB, NC.i));
         ON(GetFloat, NA.f = elementIn<FloatArray>(OB, NC.i));
+        ON(GetFloatTwice, NA.f = n[ip[-1].imm].f = elementIn<FloatArray>(OB, NC.i));
+        ON(GetFloatAt, NA.f = elementIn<FloatArray>(OB, elementIn<IntArray>(*o[ip[-1].imm].object, NC.i)));
         ON(GetVector, put(&NA, elementIn<VectorArray>(OB, NC.i)));
         ON(GetText, *OA.ifString() = elementIn<StringArray>(OB, NC.i));
         ON(GetAny, OA = elementOfAny(OB, NC.whole()));

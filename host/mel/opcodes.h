@@ -1,11 +1,21 @@
 #pragma once
-// The instructions of the register machine, as data: X(name). From this list come the enumeration and the
-// names.
+// The instructions of the register machine, as data: X(name). From this list come the enumeration, the names
+// and the machine's table of labels.
 //
-// An instruction has three registers a, b, c and a number `imm`. Registers of numbers (prefix n) hold an int
-// or a float; a vector takes three in a row. Registers of objects (prefix o) hold strings, arrays, matrices
-// and values of a type that only the run tells ("any"). The result goes to a unless it says otherwise. Jumps
-// go `imm` instructions on from the next one; those that go back are counted as steps.
+// The format. An instruction is 12 bytes: the operation, three registers a, b, c of 16 bits, and a number
+// `imm` of 32 bits. The compiler knows the type of every variable, so the operation names the types (AddInt,
+// GetFloat) and nothing is tested when it runs.
+//
+// The registers of a procedure lie in one row behind its frame, 8 bytes each. First come those of numbers
+// (prefix n): an int or a float; a vector takes three in a row. Constants are registers that start with their
+// value. Then come those of objects (prefix o): each points to the string, array, matrix or value of a type
+// that only the run tells ("any") that it stands for, be that the frame's own, a constant, a global variable
+// or an array of the caller. So arrays are passed by reference at no cost.
+//
+// The result goes to a unless it says otherwise. Jumps go `imm` instructions on from the next one; those that
+// go back are counted as steps, and so are calls. Several operations do the work of two that often follow
+// each other (JumpLessSmall, StepJumpLess, GetFloatTwice, GetFloatAt); the builder puts them in where no jump
+// lands between the two.
 
 // clang-format off
 #define VESK_MEL_OPCODES(X) \
@@ -59,6 +69,7 @@
     X(Not)           /* na = int nb is 0 */ \
     /* Jumps. */ \
     X(Jump) \
+    X(StepJumpLess)  /* na = na + c; jumps while that is less than the int nb */ \
     X(JumpIf)        /* int na is not 0 */ \
     X(JumpUnless)    /* int na is 0 */ \
     X(JumpLessInt) X(JumpLessEqualInt) X(JumpEqualInt) X(JumpNotEqualInt)  /* na op nb */ \
@@ -68,6 +79,8 @@
     X(JumpUnlessElement) /* int na is not below the size of ob: the end of a loop over an array */ \
     /* Arrays; an element past the end is zero. */ \
     X(GetInt) X(GetFloat) X(GetVector)  /* na = ob[nc] */ \
+    X(GetFloatTwice) /* na = nimm = ob[nc] */ \
+    X(GetFloatAt)    /* na = ob[k], k being element nc of the int array oimm */ \
     X(GetText)       /* oa = ob[nc] */ \
     X(GetAny)        /* oa = ob[nc], the type of ob is known to the run only */ \
     X(SetInt) X(SetFloat) X(SetVector)  /* oa[nb] = nc */ \
