@@ -135,14 +135,18 @@ std::string longScript() {
 void parseLongScript() {
     const std::string text = longScript();
     const auto source = std::make_shared<const mel::Source>("long.mel", text);
-    const double parsing = best(kRepeats, [&] { keep(mel::Parser(source).parse()); });
-    const double splitting = best(kRepeats, [&] {
-        mel::Lexer lexer(text);
-        while (lexer.next().kind != mel::Tok::End) {
-        }
-    });
-    report("MEL: parsing a script of 50,000 lines", parsing, "splitting it into tokens", splitting, 3);
-    std::printf("  %.2f million lines a second\n", 50000 / parsing * 1e-6);
+    double parsing = std::numeric_limits<double>::infinity();
+    double splitting = parsing;
+    for (int i = 0; i < kRepeats; ++i) {
+        parsing = std::min(parsing, processorSeconds([&] { keep(mel::Parser(source).parse()); }));
+        splitting = std::min(splitting, processorSeconds([&] {
+                                 mel::Lexer lexer(text);
+                                 while (lexer.next().kind != mel::Tok::End) {
+                                 }
+                             }));
+    }
+    reportLimit("MEL: parsing a script, a million lines", parsing * 1e6 / 50000, "s", 1);
+    std::printf("  splitting it into tokens: %.3f s\n", splitting * 1e6 / 50000);
 }
 
 } // namespace
