@@ -112,12 +112,19 @@ Outcome Mesh::setVertexColors(std::span<const MColor> colors, std::span<const in
     if (Outcome outcome = checkTargets("vertex", colors.size(), vertices, vertexCount()); !outcome)
         return outcome;
     ColorSet& set = colorsForWriting();
+    const auto first = set.colors.size();
+    bool isUsed = first == 0; // a list that is new, each colour at some corner, has nothing to throw out
+    set.colors.insert(set.colors.end(), colors.begin(), colors.end());
     for (std::size_t i = 0; i < vertices.size(); ++i) {
-        for (const int corner : topology_->cornersOfVertex(vertices[i]))
-            set.ids[corner] = static_cast<int>(set.colors.size());
-        set.colors.push_back(colors[i]);
+        const auto corners = topology_->cornersOfVertex(vertices[i]);
+        // The last one keeps the colour when a vertex is named twice.
+        for (const int corner : corners) {
+            isUsed = isUsed && set.ids[corner] < 0;
+            set.ids[corner] = static_cast<int>(first + i);
+        }
+        isUsed = isUsed && !corners.empty();
     }
-    tidyColors(set, colors.size());
+    if (!isUsed) tidyColors(set, colors.size());
     return {};
 }
 

@@ -17,17 +17,11 @@ void writeWeights(const MPxNode& node, MDataBlock& block, std::span<const double
     MPlug plug(node.thisMObject(), Self::weight);
     plug.selectAncestorLogicalIndex(0, Self::outWeightList);
     MDataHandle handle = plug.constructHandle(block);
-    MArrayDataHandle list(handle);
-    MArrayDataBuilder builder = list.builder();
+    MArrayDataBuilder builder(&block, Self::weight, static_cast<unsigned>(weights.size()));
     unsigned index = 0;
     for (const double weight : weights)
         builder.addElement(index++).set(weight);
-    for (unsigned last = list.elementCount(); last-- > 0;) {
-        list.jumpToArrayElement(last);
-        if (list.elementIndex() < weights.size()) break;
-        builder.removeElement(list.elementIndex());
-    }
-    list.set(builder);
+    MArrayDataHandle(handle).set(builder);
     plug.setValue(handle);
     plug.destructHandle(handle);
 }

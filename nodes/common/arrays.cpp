@@ -2,9 +2,6 @@
 
 #include <maya/MPxNode.h>
 
-#include <cmath>
-#include <limits>
-
 namespace vesk::nodes {
 
 static_assert(sizeof(MVector) == 3 * sizeof(double) && sizeof(MPoint) == 4 * sizeof(double));
@@ -20,13 +17,6 @@ std::span<const double> flat(std::span<const MPoint> points) {
 }
 std::span<double> flat(std::span<MPoint> points) {
     return points.empty() ? std::span<double>() : std::span(&points[0].x, 4 * points.size());
-}
-
-int truncated(double value) {
-    constexpr int kLeast = std::numeric_limits<int>::min(), kMost = std::numeric_limits<int>::max();
-    if (std::isnan(value)) return 0;
-    if (value <= kLeast) return kLeast;
-    return value >= kMost ? kMost : static_cast<int>(value);
 }
 
 std::size_t lengthOf(const AnyElements& elements) {

@@ -10,6 +10,7 @@
 #include <maya/MPoint.h>
 #include <maya/MVector.h>
 
+#include <limits>
 #include <span>
 #include <type_traits>
 #include <variant>
@@ -32,7 +33,12 @@ std::span<const double> flat(std::span<const MPoint> points);
 std::span<double> flat(std::span<MPoint> points);
 
 /// Towards zero. What an int cannot hold becomes the nearest that it can; not-a-number becomes 0.
-int truncated(double value);
+inline int truncated(double value) {
+    constexpr int kLeast = std::numeric_limits<int>::min(), kMost = std::numeric_limits<int>::max();
+    if (value > kLeast - 1.0 && value < kMost + 1.0) [[likely]]
+        return static_cast<int>(value);
+    return value < 0 ? kLeast : value > 0 ? kMost : 0;
+}
 
 /// Elements by kind; the first alternative: no array, or one of another kind.
 using AnyElements = std::variant<std::monostate, std::span<const int>, std::span<const double>,

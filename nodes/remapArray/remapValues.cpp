@@ -29,7 +29,9 @@ void read(const AnyElements& in, std::size_t first, std::span<double> to) {
     }
 }
 
-void apply(const RemapSettings& s, std::span<double> values) {
+/// Of fixed length where it matters: such loops become vector instructions.
+template <std::size_t Length>
+void apply(const RemapSettings& s, std::span<double, Length> values) {
     if (s.absolute) {
         for (double& x : values)
             x = std::fabs(x);
@@ -52,11 +54,11 @@ void apply(const RemapSettings& s, std::span<double> values) {
 /// Calls `write` with the first number's place and the finished numbers, block by block.
 template <class Write>
 void inBlocks(const RemapSettings& settings, const AnyElements& in, std::size_t count, Write write) {
-    double values[kBlock];
+    double values[kBlock] = {};
     for (std::size_t first = 0; first < count; first += kBlock) {
-        const std::span block(values, std::min(kBlock, count - first));
+        const std::span<double> block(values, std::min(kBlock, count - first));
         read(in, first, block);
-        apply(settings, block);
+        apply(settings, std::span(values)); // what is behind the end does no harm
         write(first, block);
     }
 }
@@ -70,11 +72,14 @@ std::size_t flatLength(const AnyElements& in) {
 }
 
 void remapValues(const RemapSettings& settings, const AnyElements& in, std::span<double> out) {
-    for (std::size_t first = 0; first < out.size(); first += kBlock) {
-        const auto block = out.subspan(first, std::min(kBlock, out.size() - first));
+    std::size_t first = 0;
+    for (; first + kBlock <= out.size(); first += kBlock) {
+        const auto block = out.subspan(first).first<kBlock>();
         read(in, first, block);
         apply(settings, block);
     }
+    read(in, first, out.subspan(first));
+    apply(settings, out.subspan(first));
 }
 
 void remapValues(const RemapSettings& settings, const AnyElements& in, std::span<MVector> out) {

@@ -29,6 +29,12 @@ void MArrayDataHandle::collect() {
 }
 
 Cell* MArrayDataHandle::present() const {
+    // Mostly every element counts, and stands where its place says.
+    const auto* cell = hostCell();
+    if (cell && place_ < indices_.size() && place_ < cell->children.size() &&
+        cell->children[place_]->logicalIndex == indices_[place_]) {
+        return cell->children[place_].get();
+    }
     return place_ < indices_.size() ? &hostCell()->element(indices_[place_]) : nullptr;
 }
 
