@@ -8,7 +8,6 @@
 #include "host/mel/parser.h"
 
 #include <cmath>
-#include <ctime>
 #include <lua.hpp>
 #include <memory>
 #include <string>
@@ -18,14 +17,6 @@ namespace vesk::bench {
 namespace {
 
 constexpr int kRepeats = 15;
-
-/// Processor time of one call, which a busy machine does not lengthen as much as time by the clock.
-template <class F>
-double processorSeconds(F&& call) {
-    const std::clock_t start = std::clock();
-    call();
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
 
 /// A Lua state with its libraries; errors end the benchmark's line and nothing else.
 class Lua {
