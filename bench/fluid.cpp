@@ -76,8 +76,9 @@ void benchStep(bool full, int amplify, const std::string& tile, double bandwidth
     const double alone = best(4, step);
     omp_set_num_threads(threads);
     const double together = best(4, step);
-    const std::string name = std::string(full ? "stepFullTurbulence" : "stepNoiseAdvection") + ", amplify " +
-                             std::to_string(amplify);
+    std::string name = full ? "stepFullTurbulence" : "stepNoiseAdvection";
+    name += ", amplify ";
+    name += std::to_string(amplify);
     report((name + ", 1 thread").c_str(), alone, "the same plainly", plainly, 0.25);
     report((name + ", " + std::to_string(threads) + " threads").c_str(), together, "on 1 thread", alone,
            threads > 1 ? 1.3 / std::min(threads, 8) : 1.1);

@@ -23,6 +23,8 @@ Ramp<Channels>::Ramp(std::vector<Entry> entries) : entryCount_(entries.size()), 
         const Entry& a = entries_[i];
         const Entry& b = entries_[i + 1];
         Segment& segment = segments_[i];
+        segment.first = a.position;
+        segment.last = b.position;
         segment.start = static_cast<double>(a.position);
         segment.length = static_cast<double>(b.position) - segment.start;
         segment.interpolation = a.interpolation;
@@ -47,50 +49,16 @@ Ramp<Channels>::Ramp(std::vector<Entry> entries) : entryCount_(entries.size()), 
 }
 
 template <int Channels>
-typename Ramp<Channels>::Values Ramp<Channels>::between(const Segment& s, double u) {
-    Values values;
-    const auto each = [&](auto formula) {
-        for (std::size_t c = 0; c < Channels; ++c)
-            values[c] = static_cast<float>(formula(s.from[c], s.to[c], c));
-    };
-    switch (s.interpolation) {
-    case MRampAttribute::kNone: each([](double a, double, std::size_t) { return a; }); break;
-    case MRampAttribute::kSmooth:
-        each([u](double a, double b, std::size_t) { return a + u * u * (3 - 2 * u) * (b - a); });
-        break;
-    case MRampAttribute::kSpline: {
-        const double u2 = u * u;
-        const double u3 = u2 * u;
-        each([&](double a, double b, std::size_t c) {
-            return (2 * u3 - 3 * u2 + 1) * a + (u3 - 2 * u2 + u) * s.fromTangent[c] + (3 * u2 - 2 * u3) * b +
-                   (u3 - u2) * s.toTangent[c];
-        });
-        break;
-    }
-    default: each([u](double a, double b, std::size_t) { return a + u * (b - a); }); break;
-    }
-    return values;
-}
-
-template <int Channels>
-typename Ramp<Channels>::Values Ramp<Channels>::at(float position, std::size_t& segment) const {
+typename Ramp<Channels>::Values Ramp<Channels>::find(float position, std::size_t& segment) const {
     if (entries_.empty()) return {};
     const Entry& first = entries_.front();
     if (!(position >= first.position)) return first.values; // before it, or no number
     if (position >= entries_.back().position) return entries_.back().values;
-    const auto holds = [&](std::size_t i) {
-        return i < segments_.size() && entries_[i].position <= position &&
-               position < entries_[i + 1].position;
-    };
-    if (!holds(segment)) ++segment;
-    if (!holds(segment)) {
-        const auto right = std::upper_bound(entries_.begin(), entries_.end(), position,
-                                            [](float p, const Entry& entry) { return p < entry.position; });
-        segment = static_cast<std::size_t>(right - entries_.begin()) - 1;
-    }
-    const Segment& s = segments_[segment];
+    const auto right = std::upper_bound(entries_.begin(), entries_.end(), position,
+                                        [](float p, const Entry& entry) { return p < entry.position; });
+    segment = static_cast<std::size_t>(right - entries_.begin()) - 1;
     if (position == entries_[segment].position) return entries_[segment].values;
-    return between(s, (static_cast<double>(position) - s.start) / s.length);
+    return between(segments_[segment], position);
 }
 
 template class Ramp<1>;
