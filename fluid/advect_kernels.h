@@ -132,18 +132,41 @@ template <int W>
     }
 }
 
+/// A row of cells and the flow through it; what is the same for all its vectors is made once.
+template <int W>
+struct FlowRow {
+    FlowRow(const Flow& flow, int cellY, int cellZ)
+        : start((static_cast<std::size_t>(cellZ) * flow.res[1] + cellY) * flow.res[0]),
+          velX(flow.velX + start), velY(flow.velY + start), velZ(flow.velZ + start),
+          dt(Floats<W>{} + flow.dt), y(Floats<W>{} + static_cast<float>(cellY)),
+          z(Floats<W>{} + static_cast<float>(cellZ)) {}
+
+    std::size_t start; ///< of the row in the grid
+    const float *velX, *velY, *velZ;
+    Floats<W> dt, y, z;
+};
+
 /// A vector of cells of a row: where they are and how far the flow carries them.
 template <int W>
 struct MovedCells {
-    [[gnu::always_inline]] MovedCells(const Flow& flow, std::size_t at, int cellX, int cellY, int cellZ,
-                                      int count)
-        : dx(flow.dt * loadSome<W>(flow.velX + at, count)), dy(flow.dt * loadSome<W>(flow.velY + at, count)),
-          dz(flow.dt * loadSome<W>(flow.velZ + at, count)), x(toFloats<W>(laneNumbers<W>() + cellX)),
-          y(Floats<W>{} + static_cast<float>(cellY)), z(Floats<W>{} + static_cast<float>(cellZ)) {}
+    [[gnu::always_inline]] MovedCells(const FlowRow<W>& row, int first, int count)
+        : dx(row.dt * loadSome<W>(row.velX + first, count)),
+          dy(row.dt * loadSome<W>(row.velY + first, count)),
+          dz(row.dt * loadSome<W>(row.velZ + first, count)), x(toFloats<W>(laneNumbers<W>() + first)),
+          y(row.y), z(row.z) {}
 
     Floats<W> dx, dy, dz;
     Floats<W> x, y, z;
 };
+
+/// Calls with the first cell and the count of each vector of a row, all but the last known to be full.
+template <int W, class Do>
+[[gnu::always_inline]] inline void forEachVector(int cells, Do&& visit) {
+    int x = 0;
+    for (; x + W <= cells; x += W)
+        visit(x, W);
+    if (x < cells) visit(x, cells - x);
+}
 
 inline constexpr int slabsAhead = 4;
 
@@ -154,70 +177,89 @@ inline constexpr int slabsAhead = 4;
     return field + (static_cast<std::size_t>(ahead) * res[1] + y) * res[0];
 }
 
-template <int W>
-float forwardRow(const Flow& flow, const ForwardRow& row) {
+template <int W, bool wantExtremes>
+float forward(const Flow& flow, const ForwardRow& row) {
     const Sampler<W> sampler(flow.res);
-    const int xRes = flow.res[0];
-    const std::size_t start = (static_cast<std::size_t>(row.z) * flow.res[1] + row.y) * xRes;
-    const float* ahead = rowAhead(row.oldField, flow.res, row.y, row.z);
+    const FlowRow<W> carried(flow, row.y, row.z);
+    const float *oldField = row.oldField, *ahead = rowAhead(oldField, flow.res, row.y, row.z);
+    float* advected = row.advected + carried.start;
+    float* lows = wantExtremes ? row.low + carried.start : nullptr;
+    float* highs = wantExtremes ? row.high + carried.start : nullptr;
     Floats<W> farthest{};
-    for (int x = 0; x < xRes; x += W) {
-        const std::size_t at = start + x;
-        const int count = xRes - x;
-        const MovedCells<W> cells(flow, at, x, row.y, row.z, count);
-        const Located<W> from = sampler.locate(cells.x - cells.dx, cells.y - cells.dy, cells.z - cells.dz);
-        __builtin_prefetch(ahead + x);
-        const Corners<W> corners = sampler.corners(row.oldField, from.cell);
-        storeSome<W>(row.advected + at, blend(corners, from), count);
-        if (row.low) {
-            Floats<W> low, high;
-            extremes(corners, low, high);
-            storeSome<W>(row.low + at, low, count);
-            storeSome<W>(row.high + at, high, count);
-        }
-        farthest = cells.dz > farthest ? cells.dz : farthest;
-    }
+    forEachVector<W>(
+        flow.res[0], [&](int x, int count) __attribute__((always_inline)) {
+            const MovedCells<W> cells(carried, x, count);
+            const Located<W> from =
+                sampler.locate(cells.x - cells.dx, cells.y - cells.dy, cells.z - cells.dz);
+            __builtin_prefetch(ahead + x);
+            const Corners<W> corners = sampler.corners(oldField, from.cell);
+            storeSome<W>(advected + x, blend(corners, from), count);
+            if constexpr (wantExtremes) {
+                Floats<W> low, high;
+                extremes(corners, low, high);
+                storeSome<W>(lows + x, low, count);
+                storeSome<W>(highs + x, high, count);
+            }
+            farthest = cells.dz > farthest ? cells.dz : farthest;
+        });
     float most = 0;
     for (int i = 0; i < W; ++i)
         most = farthest[i] > most ? farthest[i] : most;
     return static_cast<float>(row.z) + most;
 }
 
-/// Lanes whose coordinate lies outside [1, res - 2] on the way forward or back.
 template <int W>
-[[gnu::always_inline]] inline Ints<W> leaves(const Floats<W>& cell, const Floats<W>& moved, int res) {
+float forwardRow(const Flow& flow, const ForwardRow& row) {
+    return row.low ? forward<W, true>(flow, row) : forward<W, false>(flow, row);
+}
+
+/// Lanes whose coordinate lies outside [1, last] on the way forward or back.
+template <int W>
+[[gnu::always_inline]] inline Ints<W> leaves(const Floats<W>& cell, const Floats<W>& moved, float last) {
     const Floats<W> forward = cell + moved, back = cell - moved;
-    const float last = static_cast<float>(res - 2);
     return (forward < 1.0F) | (forward > last) | (back < 1.0F) | (back > last);
+}
+
+template <int W, bool limit>
+void backward(const Flow& flow, const BackwardRow& row) {
+    const Sampler<W> sampler(flow.res);
+    const FlowRow<W> carried(flow, row.y, row.z);
+    const float *field = row.advected, *ahead = rowAhead(field, flow.res, row.y, row.z);
+    const float *advected = field + carried.start, *oldField = row.oldField + carried.start;
+    float *newField = row.newField + carried.start, *backs = row.back + carried.start;
+    float* unlimited = row.unlimited;
+    const float last[3] = {static_cast<float>(flow.res[0] - 2), static_cast<float>(flow.res[1] - 2),
+                           static_cast<float>(flow.res[2] - 2)};
+    forEachVector<W>(
+        flow.res[0], [&](int x, int count) __attribute__((always_inline)) {
+            const MovedCells<W> cells(carried, x, count);
+            const Located<W> from =
+                sampler.locate(cells.x + cells.dx, cells.y + cells.dy, cells.z + cells.dz);
+            __builtin_prefetch(ahead + x);
+            const Floats<W> back = blend(sampler.corners(field, from.cell), from);
+            const Floats<W> low = loadSome<W>(newField + x, count), high = loadSome<W>(backs + x, count);
+            storeSome<W>(backs + x, back, count);
+            if (!unlimited) return;
+            const Floats<W> forward = loadSome<W>(advected + x, count);
+            Floats<W> value = (loadSome<W>(oldField + x, count) - back) * 0.5F + forward;
+            storeSome<W>(unlimited + x, value, count);
+            if constexpr (limit) {
+                value = value < low ? low : value;
+                value = value > high ? high : value;
+                const Ints<W> outside = leaves<W>(cells.x, cells.dx, last[0]) |
+                                        leaves<W>(cells.y, cells.dy, last[1]) |
+                                        leaves<W>(cells.z, cells.dz, last[2]);
+                storeSome<W>(newField + x, outside ? forward : value, count);
+            }
+        });
 }
 
 template <int W>
 void backwardRow(const Flow& flow, const BackwardRow& row) {
-    const Sampler<W> sampler(flow.res);
-    const int xRes = flow.res[0];
-    const std::size_t start = (static_cast<std::size_t>(row.z) * flow.res[1] + row.y) * xRes;
-    const float* ahead = rowAhead(row.advected, flow.res, row.y, row.z);
-    for (int x = 0; x < xRes; x += W) {
-        const std::size_t at = start + x;
-        const int count = xRes - x;
-        const MovedCells<W> cells(flow, at, x, row.y, row.z, count);
-        const Located<W> from = sampler.locate(cells.x + cells.dx, cells.y + cells.dy, cells.z + cells.dz);
-        __builtin_prefetch(ahead + x);
-        const Floats<W> back = blend(sampler.corners(row.advected, from.cell), from);
-        const Floats<W> low = loadSome<W>(row.newField + at, count), high = loadSome<W>(row.back + at, count);
-        storeSome<W>(row.back + at, back, count);
-        if (!row.unlimited) continue;
-        const Floats<W> advected = loadSome<W>(row.advected + at, count);
-        Floats<W> value = (loadSome<W>(row.oldField + at, count) - back) * 0.5F + advected;
-        storeSome<W>(row.unlimited + x, value, count);
-        if (!row.limit) continue;
-        value = value < low ? low : value;
-        value = value > high ? high : value;
-        const Ints<W> outside = leaves<W>(cells.x, cells.dx, flow.res[0]) |
-                                leaves<W>(cells.y, cells.dy, flow.res[1]) |
-                                leaves<W>(cells.z, cells.dz, flow.res[2]);
-        storeSome<W>(row.newField + at, outside ? advected : value, count);
-    }
+    if (row.limit)
+        backward<W, true>(flow, row);
+    else
+        backward<W, false>(flow, row);
 }
 
 } // namespace vesk::fluid
