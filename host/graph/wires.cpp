@@ -34,7 +34,10 @@ bool numbersFit(const Attribute& from, const Attribute& to) {
 bool shapesFit(const Attribute& from, const Attribute& to);
 
 bool childrenFit(const Attribute& from, const Attribute& to) {
-    if (from.children.size() != to.children.size()) return false;
+    // A compound may have more children at its end than what feeds it: those keep their own values.
+    const bool mayHaveMore = from.kind == AttrKind::Compound && to.kind == AttrKind::Compound;
+    if (mayHaveMore ? from.children.size() > to.children.size() : from.children.size() != to.children.size())
+        return false;
     for (std::size_t i = 0; i < from.children.size(); ++i) {
         const auto& a = *from.children[i];
         const auto& b = *to.children[i];
