@@ -31,6 +31,8 @@ class MeshWalk {
     MeshWalk(const MObject& mesh, MFn::Type element, MStatus* status);
     bool isHere() const { return index_ >= 0 && index_ < count_; }
     const geom::MeshTopology& topology() const;
+    /// Null when the space is the mesh's own.
+    const MMatrix* matrixFor(MSpace::Space space) const { return function_.matrixFor(space); }
 
     MFnMesh function_;
     const geom::Mesh* mesh_ = nullptr;

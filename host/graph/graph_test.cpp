@@ -227,6 +227,9 @@ TEST_F(GraphTest, BlockingKeepsTheDestinationsValue) {
     EXPECT_EQ(pullNumber(out(*b)), 2);
     EXPECT_EQ(a->computes, 1);
     EXPECT_EQ(pullNumber(out(*a)), 11) << "a direct pull still computes";
+    ASSERT_TRUE(storeNumber(in(*a), 20));
+    ASSERT_TRUE(storeNumber(a->cell(*a->findAttribute("nodeState")), 0));
+    EXPECT_EQ(pullNumber(out(*b)), 22) << "another state, another answer";
 }
 
 TEST_F(GraphTest, OtherContextsLeaveNoTrace) {

@@ -150,6 +150,18 @@ void NodeType::closeInfluences() const {
     }
     for (const Attribute* out : uninfluenced_)
         markComputed(*out);
+    // In another state a node answers otherwise, whatever its inputs: what it refused while blocked is asked for anew.
+    if (const Attribute* state = find("nodeState")) {
+        auto& all = closure_[static_cast<std::size_t>(state->index)];
+        const auto take = [&](const std::vector<Attribute*>& outs) {
+            for (Attribute* out : outs) {
+                if (std::find(all.begin(), all.end(), out) == all.end()) all.push_back(out);
+            }
+        };
+        for (const auto& outs : influences_)
+            take(outs);
+        take(uninfluenced_);
+    }
     closed_ = true;
 }
 

@@ -113,6 +113,10 @@ Row& Row::output() {
     MFnAttribute attribute(*row_.attribute);
     attribute.setWritable(false);
     attribute.setStorable(false);
+    return influenced();
+}
+
+Row& Row::influenced() {
     row_.role = Role::kOutput;
     return *this;
 }

@@ -48,6 +48,8 @@ class AttributeTable {
         Row& output();
         /// Saved with the scene, unlike other outputs.
         Row& stored();
+        /// Influenced by every input, with the flags as they are.
+        Row& influenced();
         /// Neither input nor output: influences nothing.
         Row& aside();
 

@@ -2,6 +2,7 @@
 #include "host/geometry/mesh.h"
 
 #include <maya/MIntArray.h>
+#include <maya/MMatrix.h>
 #include <maya/MItMeshPolygon.h>
 #include <maya/MPointArray.h>
 #include <maya/MVector.h>
@@ -45,6 +46,13 @@ MPoint MItMeshPolygon::center(MSpace::Space space, MStatus* status) const {
 
 MStatus MItMeshPolygon::getNormal(MVector& normal, MSpace::Space space) const {
     return function_.getPolygonNormal(index_, normal, space);
+}
+
+MStatus MItMeshPolygon::getArea(double& area, MSpace::Space space) const {
+    if (!isHere()) return MStatus::kFailure;
+    const MMatrix* matrix = matrixFor(space);
+    area = matrix ? mesh_->faceArea(index_, *matrix) : mesh_->faceArea(index_);
+    return {};
 }
 
 bool MItMeshPolygon::onBoundary(MStatus* status) const {

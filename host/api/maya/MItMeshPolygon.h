@@ -24,6 +24,8 @@ class MItMeshPolygon : public vesk::api::MeshWalk {
     /// The mean of its points.
     MPoint center(MSpace::Space space = MSpace::kObject, MStatus* status = nullptr) const;
     MStatus getNormal(MVector& normal, MSpace::Space space = MSpace::kObject) const;
+    /// Of its triangles.
+    MStatus getArea(double& area, MSpace::Space space = MSpace::kObject) const;
     bool onBoundary(MStatus* status = nullptr) const;
 
     // In the order of the face's corners.

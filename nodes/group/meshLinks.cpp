@@ -1,0 +1,162 @@
+#include "nodes/group/meshLinks.h"
+
+#include <maya/MIntArray.h>
+#include <maya/MItMeshPolygon.h>
+#include <maya/MString.h>
+
+#include <algorithm>
+
+namespace vesk::nodes {
+
+namespace {
+
+void endList(Links& links) { links.start.push_back(links.ids.size()); }
+
+} // namespace
+
+Links Links::inverted(int count) const {
+    Links result;
+    result.start.assign(static_cast<std::size_t>(count) + 1, 0);
+    for (const int id : ids)
+        ++result.start[static_cast<std::size_t>(id) + 1];
+    for (std::size_t i = 1; i < result.start.size(); ++i)
+        result.start[i] += result.start[i - 1];
+    result.ids.resize(ids.size());
+    std::vector<std::size_t> next(result.start.begin(), result.start.end() - 1);
+    for (std::size_t element = 0; element + 1 < start.size(); ++element) {
+        for (std::size_t i = start[element]; i < start[element + 1]; ++i)
+            result.ids[next[static_cast<std::size_t>(ids[i])]++] = static_cast<int>(element);
+    }
+    return result;
+}
+
+MeshLinks::MeshLinks(const MObject& mesh) : mesh_(mesh) {
+    const MFnMesh function(mesh);
+    vertexCount_ = function.numVertices();
+    edgeCount_ = function.numEdges();
+    faceCount_ = function.numPolygons();
+}
+
+const Links& MeshLinks::faceVertices() {
+    if (faceVertices_) return *faceVertices_;
+    Links links;
+    MIntArray counts, vertices;
+    MFnMesh(mesh_).getVertices(counts, vertices);
+    links.ids.reserve(vertices.length());
+    unsigned corner = 0;
+    for (unsigned face = 0; face < counts.length(); ++face) {
+        for (int i = 0; i < counts[face]; ++i)
+            links.ids.push_back(vertices[corner++]);
+        endList(links);
+    }
+    return faceVertices_.emplace(std::move(links));
+}
+
+const Links& MeshLinks::faceEdges() {
+    if (faceEdges_) return *faceEdges_;
+    Links links;
+    MIntArray edges;
+    for (MItMeshPolygon face(mesh_); !face.isDone(); face.next()) {
+        face.getEdges(edges);
+        for (unsigned i = 0; i < edges.length(); ++i)
+            links.ids.push_back(edges[i]);
+        endList(links);
+    }
+    return faceEdges_.emplace(std::move(links));
+}
+
+const Links& MeshLinks::edgeVertices() {
+    if (edgeVertices_) return *edgeVertices_;
+    Links links;
+    const MFnMesh function(mesh_);
+    links.ids.reserve(2 * static_cast<std::size_t>(edgeCount_));
+    for (int edge = 0; edge < edgeCount_; ++edge) {
+        int2 ends;
+        function.getEdgeVertices(edge, ends);
+        links.ids.insert(links.ids.end(), {ends[0], ends[1]});
+        endList(links);
+    }
+    return edgeVertices_.emplace(std::move(links));
+}
+
+const Links& MeshLinks::edgeFaces() {
+    if (!edgeFaces_) edgeFaces_ = faceEdges().inverted(edgeCount_);
+    return *edgeFaces_;
+}
+
+const Links& MeshLinks::vertexFaces() {
+    if (!vertexFaces_) vertexFaces_ = faceVertices().inverted(vertexCount_);
+    return *vertexFaces_;
+}
+
+const Links& MeshLinks::vertexEdges() {
+    if (!vertexEdges_) vertexEdges_ = edgeVertices().inverted(vertexCount_);
+    return *vertexEdges_;
+}
+
+const Links& MeshLinks::vertexVertices() {
+    if (vertexVertices_) return *vertexVertices_;
+    Links links = vertexEdges();
+    const auto& ends = edgeVertices();
+    for (int vertex = 0; vertex < vertexCount_; ++vertex) {
+        for (std::size_t i = links.start[static_cast<std::size_t>(vertex)];
+             i < links.start[static_cast<std::size_t>(vertex) + 1]; ++i) {
+            const auto edge = ends.of(links.ids[i]);
+            links.ids[i] = edge[0] == vertex ? edge[1] : edge[0];
+        }
+    }
+    return vertexVertices_.emplace(std::move(links));
+}
+
+Links MeshLinks::vertexUvs(const MString& uvSet) const {
+    const MFnMesh function(mesh_);
+    const MString* name = uvSet.length() > 0 ? &uvSet : nullptr;
+    MIntArray uvCounts, uvIds, counts, vertices;
+    function.getAssignedUVs(uvCounts, uvIds, name);
+    function.getVertices(counts, vertices);
+    Links links;
+    std::vector<std::vector<int>> found(static_cast<std::size_t>(vertexCount_));
+    unsigned corner = 0, next = 0;
+    for (unsigned face = 0; face < uvCounts.length(); ++face) {
+        for (int i = 0; i < counts[face]; ++i, ++corner) {
+            if (uvCounts[face] == 0) continue;
+            auto& ids = found[static_cast<std::size_t>(vertices[corner])];
+            const int id = uvIds[next++];
+            if (id >= 0 && std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
+        }
+    }
+    for (const auto& ids : found) {
+        links.ids.insert(links.ids.end(), ids.begin(), ids.end());
+        endList(links);
+    }
+    return links;
+}
+
+void MeshLinks::edgesAround(int edge, std::vector<int>& out) {
+    out.clear();
+    for (const int vertex : edgeVertices().of(edge)) {
+        const auto edges = vertexEdges().of(vertex);
+        out.insert(out.end(), edges.begin(), edges.end());
+    }
+}
+
+void MeshLinks::facesAround(int face, std::vector<int>& out) {
+    out.clear();
+    for (const int edge : faceEdges().of(face)) {
+        for (const int other : edgeFaces().of(edge)) {
+            if (other != face) out.push_back(other);
+        }
+    }
+}
+
+bool MeshLinks::isBoundaryVertex(int vertex) {
+    const auto edges = vertexEdges().of(vertex);
+    return std::any_of(edges.begin(), edges.end(), [&](int edge) { return isBoundaryEdge(edge); });
+}
+
+bool MeshLinks::isBoundaryFace(int face) {
+    const auto edges = faceEdges().of(face);
+    return std::any_of(edges.begin(), edges.end(), [&](int edge) { return isBoundaryEdge(edge); });
+}
+
+} // namespace vesk::nodes
