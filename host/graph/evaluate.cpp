@@ -213,13 +213,33 @@ void pullThroughWires(Cell& cell, Cell& source) {
     }
 }
 
+/// Finds elements by indices that come in ascending order, without a search.
+class ElementWalk {
+  public:
+    explicit ElementWalk(const Cell& array) : array_(array) {}
+    /// Null when there is none.
+    Cell* at(int index) {
+        const auto& elements = array_.children;
+        while (place_ < elements.size() && elements[place_]->logicalIndex < index)
+            ++place_;
+        return place_ < elements.size() && elements[place_]->logicalIndex == index ? elements[place_].get()
+                                                                                   : nullptr;
+    }
+
+  private:
+    const Cell& array_;
+    std::size_t place_ = 0;
+};
+
 /// The elements of an array that a wire feeds, its own or an ancestor's: those that are there at the other
 /// end.
 void takeElements(Cell& array, Cell& from) {
-    for (auto& element : from.children)
-        (void)array.element(element->logicalIndex);
+    ElementWalk present(array), sources(from);
+    for (auto& element : from.children) {
+        if (!present.at(element->logicalIndex)) (void)array.element(element->logicalIndex);
+    }
     for (auto& element : array.children) {
-        const Cell* source = from.elementIfThere(element->logicalIndex);
+        const Cell* source = sources.at(element->logicalIndex);
         const bool exists = source && source->isInUse();
         if (element->isSet == exists || element->source) continue;
         touch(*element);
@@ -500,12 +520,12 @@ bool isComputing(Cell& cell) {
 /// among `wanted`.
 void dropOthers(Cell& array, const std::vector<std::unique_ptr<Cell>>& wanted) {
     const bool preserving = sceneOf(array) && sceneOf(array)->preserving;
+    std::size_t kept = wanted.size();
     for (std::size_t i = array.children.size(); i-- > 0;) {
         Cell& old = *array.children[i];
-        const auto same = std::lower_bound(
-            wanted.begin(), wanted.end(), old.logicalIndex,
-            [](const std::unique_ptr<Cell>& made, int index) { return made->logicalIndex < index; });
-        if (same != wanted.end() && (*same)->logicalIndex == old.logicalIndex) continue;
+        while (kept > 0 && wanted[kept - 1]->logicalIndex > old.logicalIndex)
+            --kept;
+        if (kept > 0 && wanted[kept - 1]->logicalIndex == old.logicalIndex) continue;
         if (!preserving && !isComputing(old) && !old.hasWiresBelow(true) && !old.hasWiresBelow(false)) {
             array.removeElement(old.logicalIndex);
         } else {
@@ -533,8 +553,10 @@ void takeOver(Cell& to, const Cell& from) {
 
 void replaceElements(Cell& array, const std::vector<std::unique_ptr<Cell>>& elements) {
     dropOthers(array, elements);
+    ElementWalk present(array);
     for (const auto& made : elements) {
-        Cell& element = array.element(made->logicalIndex);
+        Cell* there = present.at(made->logicalIndex);
+        Cell& element = there ? *there : array.element(made->logicalIndex);
         takeOver(element, *made);
         element.isSet = true; // it exists, even while it shows the default
     }

@@ -52,7 +52,7 @@ MStatus arrayToMulti::compute(const MPlug& plug, MDataBlock& block) {
     if (!block.inputValue(envelope).asBool()) {
         writeWeights(*this, block, {});
     } else {
-        const ArrayView<MFnDoubleArrayData> weights(block.inputValue(inWeightPP).data());
+        ArrayView<MFnDoubleArrayData> weights(block.inputValue(inWeightPP).data());
         writeWeights(*this, block, weights.values());
     }
     return MS::kSuccess;

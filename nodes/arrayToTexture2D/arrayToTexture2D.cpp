@@ -49,8 +49,8 @@ void arrayToTexture2D::postConstructor() { setMPSafe(true); }
 
 MStatus arrayToTexture2D::compute(const MPlug& plug, MDataBlock& block) {
     if (plug != outColor && !(plug.isChild() && plug.parent() == outColor)) return MS::kUnknownParameter;
-    const ArrayView<MFnDoubleArrayData> map(block.inputValue(inMapPP).data());
-    const ArrayView<MFnDoubleArrayData> weights(block.inputValue(inWeightPP).data());
+    ArrayView<MFnDoubleArrayData> map(block.inputValue(inMapPP).data());
+    ArrayView<MFnDoubleArrayData> weights(block.inputValue(inWeightPP).data());
     if (!areScatteredWeights(map.values(), weights.values())) return MS::kSuccess;
     const float2& uv = block.inputValue(uvCoord).asFloat2();
     const float u = uv[0] - std::floor(uv[0]);

@@ -50,17 +50,19 @@ inline bool isArray(const AnyElements& elements) { return elements.index() != 0;
 /// The array behind a data object, in place: nothing is copied. To be kept while its elements are read.
 template <class FunctionSet>
 class ArrayView {
-    FunctionSet set_;
+    const FunctionSet set_;
     using Array = std::remove_cvref_t<decltype(std::declval<const FunctionSet&>().array())>;
-    const Array array_;
+    Array array_; ///< not const: some hosts' const arrays give copies of their elements, which have no place
 
   public:
-    explicit ArrayView(const MObject& data)
-        : set_(data), array_(static_cast<const FunctionSet&>(set_).array()) {}
+    explicit ArrayView(const MObject& data) : set_(data), array_(set_.array()) {}
     ArrayView(const ArrayView&) = delete;
     ArrayView& operator=(const ArrayView&) = delete;
 
-    auto values() const { return elements(array_); }
+    auto values() {
+        const auto run = elements(array_);
+        return std::span<const typename decltype(run)::element_type>(run);
+    }
 };
 
 /// An input that takes arrays of several kinds, read in place. To be kept while its elements are read.

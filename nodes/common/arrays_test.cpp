@@ -58,7 +58,7 @@ TEST_F(Arrays, AChainAllocatesItsOutputsAndNoMore) {
     const auto pull = [] {
         const Allocations allocations;
         const MObject data = plugNamed("a10.outArray").asMObject();
-        const ArrayView<MFnDoubleArrayData> view(data);
+        ArrayView<MFnDoubleArrayData> view(data);
         EXPECT_EQ(view.values().size(), 3 * n);
         EXPECT_EQ(view.values().front(), 2) << "1 - 1 + 2";
         return std::pair(allocations.count(), allocations.bytes());

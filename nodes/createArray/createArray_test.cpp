@@ -69,6 +69,12 @@ TEST_F(CreateArray, RampsRunFromTheStartAndNeverReachTheEnd) {
     EXPECT_EQ(ints("c.outArray"), (std::vector<int>{8, 4})); // 4.5 truncated
 }
 
+TEST_F(CreateArray, MoreThanAnArrayCanHold) {
+    run("setAttr c.outputType 5; setAttr c.length 1; getAttr c.outArray; setAttr c.length 2147483647;");
+    EXPECT_EQ(floats("c.outArray").size(), 4U);
+    EXPECT_EQ(complaints(), Texts{"warning: c: There is no memory for an array of 8589934588 elements."});
+}
+
 TEST_F(CreateArray, SavedAndOpened) {
     run("setAttr c.length 2; setAttr c.outputType 5; getAttr c.outArray;");
     const std::string file = (folder / "c.ma").string();
