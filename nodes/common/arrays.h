@@ -52,14 +52,14 @@ template <class FunctionSet>
 class ArrayView {
     const FunctionSet set_;
     using Array = std::remove_cvref_t<decltype(std::declval<const FunctionSet&>().array())>;
-    Array array_; ///< not const: some hosts' const arrays give copies of their elements, which have no place
+    mutable Array array_; ///< some hosts' const arrays give copies of their elements, which have no place
 
   public:
     explicit ArrayView(const MObject& data) : set_(data), array_(set_.array()) {}
     ArrayView(const ArrayView&) = delete;
     ArrayView& operator=(const ArrayView&) = delete;
 
-    auto values() {
+    auto values() const {
         const auto run = elements(array_);
         return std::span<const typename decltype(run)::element_type>(run);
     }
