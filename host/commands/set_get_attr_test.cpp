@@ -1,5 +1,6 @@
 #include "host/commands/probe_scene.h"
 
+#include "host/data/array_data.h"
 #include "host/data/packed_data.h"
 
 #include <numbers>
@@ -80,6 +81,23 @@ TEST_F(SetAndGet, DataOfEveryType) {
         {"getAttr -size m.parts", "int 0"},
         {"getAttr m.open", "-"},
     });
+}
+
+TEST_F(SetAndGet, ArraysThatWereReadAreTheReadersOwn) {
+    const auto bare = [&](const char* call) { return machine.run(call).value; };
+    check({{"setAttr -type doubleArray n.doubles 3 1 2 3; float $a[] = `getAttr n.doubles`;"
+            "float $b[] = $a; $a[0] = 9; getAttr n.doubles",
+            "float[] 1 2 3"},
+           {"size($b) + $b[0] * 10 + $a[0] * 100", "float 913"},
+           {"setAttr -type Int32Array n.ints 2 4 -5; int $i[] = `getAttr n.ints`; $i[5] = 1; getAttr n.ints",
+            "int[] 4 -5"}});
+    // Nor do they follow what is written in place behind them.
+    const mel::Value read = bare("getAttr n.doubles");
+    auto* data = dynamic_cast<DoubleArrayData*>(n->cell(*n->findAttribute("doubles")).data.get());
+    ASSERT_NE(data, nullptr);
+    data->values.write()[1] = 7;
+    EXPECT_EQ(show(read), "float[] 1 2 3");
+    EXPECT_EQ(run("getAttr n.doubles"), "float[] 1 7 3");
 }
 
 TEST_F(SetAndGet, MatricesInTheirComponents) {

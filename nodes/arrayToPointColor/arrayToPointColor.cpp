@@ -75,6 +75,7 @@ MStatus arrayToPointColor::initialize() {
     t.number(clampMin, "clampMin", "cmn", 0).keyable();
     t.number(clampMax, "clampMax", "cmx", 1).keyable();
     t.boolean(solidAlpha, "solidAlpha", "sa", false).keyable();
+    t.followState();
     return t.finish();
 }
 

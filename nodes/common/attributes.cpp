@@ -121,6 +121,11 @@ Row& Row::influenced() {
     return *this;
 }
 
+Row& Row::stored() {
+    MFnAttribute(*row_.attribute).setStorable(true);
+    return *this;
+}
+
 Row& Row::aside() {
     row_.role = Role::kAside;
     return *this;
@@ -261,6 +266,12 @@ MStatus AttributeTable::finish(std::initializer_list<const MObject*> outputsOfBa
         if (row.isChild) continue;
         if (const MStatus status = MPxNode::addAttribute(*row.attribute); !status) return status;
         if (row.role == Role::kOutput) outputs.push_back(row.attribute);
+    }
+    if (followsState_) {
+        for (const MObject* out : outputs) {
+            if (const MStatus status = MPxNode::attributeAffects(MPxNode::state, *out); !status)
+                return status;
+        }
     }
     for (const Declared& in : rows_) {
         if (in.isChild || in.role != Role::kInput) continue;

@@ -46,6 +46,8 @@ class AttributeTable {
         Row& usedAsColor();
         /// Written by the node alone: not writable, not storable; influenced by every input.
         Row& output();
+        /// Saved with the scene, unlike other outputs.
+        Row& stored();
         /// Influenced by every input, with the flags as they are.
         Row& influenced();
         /// Neither input nor output: influences nothing.
@@ -88,6 +90,9 @@ class AttributeTable {
     Row curveRamp(MObject& attribute, const char* longName, const char* shortName);
     Row colorRamp(MObject& attribute, const char* longName, const char* shortName);
 
+    /// Makes outputs dirty when the node's state changes, for nodes that show it at once.
+    void followState() { followsState_ = true; }
+
     /// The first failure of a call of the host, success otherwise. Outputs of the node's base class are
     /// influenced as well.
     MStatus finish(std::initializer_list<const MObject*> outputsOfBase = {});
@@ -104,6 +109,7 @@ class AttributeTable {
 
     std::deque<Declared> rows_; ///< rows are handed out by reference while more are declared
     MStatus status_;
+    bool followsState_ = false;
 };
 
 } // namespace vesk::nodes

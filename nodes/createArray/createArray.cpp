@@ -52,8 +52,8 @@ void* createArray::creator() { return new createArray; }
 MStatus createArray::initialize() {
     AttributeTable t;
     t.generic(outArray, "outArray", "oa", {MFnData::kIntArray, MFnData::kDoubleArray, MFnData::kVectorArray})
-        .notWritable()
-        .influenced();
+        .output()
+        .stored();
     t.enumeration(outputType, "outputType", "ot",
                   {"1 integer", "1 double", "2 doubles (UV)", "3 doubles (XYZ/RGB)", "vector (XYZ/RGB)",
                    "4 doubles (RGBA)"})

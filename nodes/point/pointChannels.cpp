@@ -6,12 +6,11 @@ void fitToPoints(PointChannels& channels, unsigned pointCount) {
     channels.weights.setLength(pointCount);
     channels.radii.setLength(pointCount);
     channels.sharedMap.setLength(2 * pointCount);
-    const unsigned present = channels.rgba.length();
+    const unsigned present = channels.rgba.length() / 4;
+    channels.rgba.setLength(4 * present); // no part of a colour
     channels.rgba.setLength(4 * pointCount);
-    for (unsigned i = present / 4; i < pointCount; ++i) {
-        for (unsigned k = 0; k < 4; ++k)
-            channels.rgba[4 * i + k] = k == 3 ? 1 : 0;
-    }
+    for (unsigned i = present; i < pointCount; ++i)
+        channels.rgba[4 * i + 3] = 1;
 }
 
 MDoubleArray interleaved(const MFloatArray& us, const MFloatArray& vs, const MIntArray& ids) {

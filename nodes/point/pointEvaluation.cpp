@@ -236,14 +236,18 @@ PointScript PointEvaluation::script() {
 /// The procedures read these outputs back: they must hold the inputs while a block runs. Without a second
 /// geometry the second arrays are the first.
 void PointEvaluation::publishInputs() {
+    // What no block goes on with is handed over, not copied.
+    const auto given = [&](PointBlock block, auto& array) {
+        return switches_.runs(block) ? array : std::move(array);
+    };
     publish(Self::outIdPP, ids_);
     publish(Self::outIdPM, uvs_.ids);
     publish(Self::outIdForMapPP, uvs_.vertices);
-    const MObject points = publish(Self::outPositionPP, work_.points);
-    const MObject rgba = publish(Self::outRgbaPP, work_.rgba);
-    const MObject normals = publish(Self::outNormalPP, work_.normals);
-    const MObject map = publish(Self::outMapPP, work_.map);
-    const MObject sharedMap = publish(Self::outSharedMapPP, work_.sharedMap);
+    const MObject points = publish(Self::outPositionPP, given(PointBlock::kPosition, work_.points));
+    const MObject rgba = publish(Self::outRgbaPP, given(PointBlock::kColor, work_.rgba));
+    const MObject normals = publish(Self::outNormalPP, given(PointBlock::kNormal, work_.normals));
+    const MObject map = publish(Self::outMapPP, given(PointBlock::kMap, work_.map));
+    const MObject sharedMap = publish(Self::outSharedMapPP, given(PointBlock::kMap, work_.sharedMap));
     if (second_.pointCount() == 0) {
         place(Self::outPositionPP2, points);
         place(Self::outRgbaPP2, rgba);

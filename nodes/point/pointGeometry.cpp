@@ -132,10 +132,12 @@ MIntArray EditedGeometry::idsOf(const PointSelection& selection) const {
                            : type_ == MFnData::kNurbsCurve ? MFn::kCurveCVComponent
                                                            : MFn::kSurfaceCVComponent;
     const std::vector<char> mask = selection.mask(kind, count_, numCVsInV_);
-    MIntArray ids;
+    MIntArray ids(count_);
+    unsigned chosen = 0;
     for (unsigned i = 0; i < count_; ++i) {
-        if (mask[i]) ids.append(static_cast<int>(i));
+        if (mask[i]) ids[chosen++] = static_cast<int>(i);
     }
+    ids.setLength(chosen);
     return ids;
 }
 

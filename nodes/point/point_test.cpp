@@ -2,6 +2,7 @@
 
 #include <maya/MColorArray.h>
 #include <maya/MFloatArray.h>
+#include <maya/MFnGeometryData.h>
 #include <maya/MFnMesh.h>
 #include <maya/MFnNurbsCurve.h>
 #include <maya/MPlug.h>
@@ -84,8 +85,14 @@ TEST_F(Point, PositionBlockMovesTheChosenPoints) {
     run("setAttr p.inComponents -type \"componentList\" 1 \"f[0]\"");
     expectNear(floats("p.outPositionPP"), flat);
     expectEmpty({"outIdPP"});
-    run("setAttr p.useComponents 2; setAttr p.groupId 4;");
+    run("createNode groupParts -n parts; setAttr parts.groupId 4;"
+        "setAttr parts.inputComponents -type \"componentList\" 1 \"vtx[2]\";"
+        "connectAttr gShape.worldMesh[0] parts.inputGeometry;"
+        "connectAttr -f parts.outputGeometry p.inGeometry; setAttr p.useComponents 2; setAttr p.groupId 5;");
     expectEmpty({"outIdPP"});
+    run("setAttr p.groupId 4");
+    EXPECT_EQ(ints("p.outIdPP"), std::vector<int>{2});
+    EXPECT_TRUE(MFnGeometryData(output()).hasObjectGroup(4)) << "goes on with the geometry";
 }
 
 TEST_F(Point, BlocksThatReadAndSetNothing) {
