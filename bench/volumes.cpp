@@ -3,11 +3,11 @@
 // cost.
 
 #include "bench/bench.h"
+#include "bench/plain_transfer.h"
 #include "host/data/mesh_data.h"
 #include "host/graph/evaluate.h"
 #include "host/nodes/mesh_node.h"
 #include "host/session/session.h"
-#include "nodes/attributeTransfer/plain_transfer_test.h"
 #include "nodes/common/bounding_volumes_test.h"
 
 #include <maya/MMatrix.h>

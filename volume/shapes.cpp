@@ -57,8 +57,6 @@ Vec3 axisPoint(const Capsule& capsule, Zone zone, const Vec3& local) {
     return {0, local.y, 0};
 }
 
-double distanceInSphere(const Vec3& local) { return ifInside(length(local)); }
-
 double distanceInCube(const Vec3& local) {
     const double x = std::abs(local.x), y = std::abs(local.y), z = std::abs(local.z);
     if (!(x <= 1 && y <= 1 && z <= 1)) return kOutside;

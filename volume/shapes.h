@@ -28,7 +28,10 @@ inline constexpr double kOutside = -1;
 // Local points: world points times the inverse of the volume's matrix. The distance is 0 in the middle and 1
 // on the surface. A point or shape that is not finite has nothing inside.
 
-double distanceInSphere(const Vec3& local);
+inline double distanceInSphere(const Vec3& local) {
+    const double distance = length(local);
+    return distance <= 1 ? distance : kOutside;
+}
 double distanceInCube(const Vec3& local);
 /// A capsule whose offsets are both 0 has a body of no height, which is as wide as the top cap.
 double distanceInCapsule(const Capsule& capsule, const Vec3& local);

@@ -147,15 +147,32 @@ void Mesh::clearColors(int set) {
 }
 
 std::vector<MColor> Mesh::vertexColors(int set, const MColor& unset) const {
+    constexpr int kNone = -1, kSeveral = -2;
     const ColorSet& colors = colorSets_[set].read();
-    std::vector<ColorMean> means(static_cast<std::size_t>(vertexCount()));
+    const auto& vertices = topology_->faceVertices();
+    // The mean of equal colours is exactly that colour: sums are needed only where corners differ.
+    std::vector<int> ids(static_cast<std::size_t>(vertexCount()), kNone);
+    bool areMixed = false;
     for (std::size_t c = 0; c < colors.ids.size(); ++c) {
-        if (colors.ids[c] >= 0) means[topology_->faceVertices()[c]].add(colors.colors[colors.ids[c]]);
+        const int id = colors.ids[c];
+        int& common = ids[vertices[c]];
+        if (id < 0 || id == common) continue;
+        areMixed = areMixed || common != kNone;
+        common = common == kNone ? id : kSeveral;
     }
-    std::vector<MColor> result;
-    result.reserve(means.size());
-    for (const ColorMean& mean : means)
-        result.push_back(mean.mean(unset));
+    std::vector<MColor> result(ids.size());
+    for (std::size_t v = 0; v < ids.size(); ++v) {
+        if (ids[v] != kSeveral) result[v] = ids[v] == kNone ? unset : colors.colors[ids[v]];
+    }
+    if (!areMixed) return result;
+    std::vector<ColorMean> means(ids.size());
+    for (std::size_t c = 0; c < colors.ids.size(); ++c) {
+        const int vertex = vertices[c];
+        if (ids[vertex] == kSeveral && colors.ids[c] >= 0) means[vertex].add(colors.colors[colors.ids[c]]);
+    }
+    for (std::size_t v = 0; v < ids.size(); ++v) {
+        if (ids[v] == kSeveral) result[v] = means[v].mean(unset);
+    }
     return result;
 }
 

@@ -75,12 +75,12 @@ std::vector<Vec3> readVelocities(const Work& work) {
     return velocities;
 }
 
-std::vector<Vec3> readNormals(const Work& work, MDataHandle& geometry) {
+std::vector<Vec3> readNormals(Work& work, MDataHandle& geometry) {
     if (work.world.kind == MFnData::kVectorArray) {
         if (isConnected(work.node, Self::inNormalPP)) return readVelocities(work);
         return std::vector<Vec3>(work.count());
     }
-    std::vector<Vec3> normals = work.world.normals;
+    std::vector<Vec3> normals = std::move(work.world.normals);
     if (work.world.kind == MFnData::kMesh) {
         // World normals once more through the matrix, as this node has always done for meshes.
         const MMatrix matrix = geometry.geometryTransformMatrix();
@@ -177,9 +177,9 @@ void readColors(Work& work) {
 
 void readPoints(Work& work, MDataHandle& geometry) {
     TransferPoints& points = work.points;
-    points.positions.resize(work.count());
-    for (unsigned i = 0; i < work.count(); ++i)
-        points.positions[i] = toVec3(work.world.points[i]);
+    points.positions.reserve(work.count());
+    for (const MPoint& p : elements(std::as_const(work.world.points)))
+        points.positions.push_back(toVec3(p));
     if (work.settings.normal) points.normals = readNormals(work, geometry);
     if (work.settings.radius) points.radii = readRadii(work);
     points.weights = readWeights(work);
@@ -199,17 +199,18 @@ std::vector<VolumeRamps> readRamps(const std::vector<MObject>& nodes) {
 // --- what goes out
 // ---------------------------------------------------------------------------------------------------
 
-/// The points as they are now, CVs with their weights.
-MPointArray movedPoints(const Work& work) {
-    MPointArray points = work.world.points;
-    for (unsigned i = 0; i < points.length(); ++i) {
-        const Vec3& p = work.points.positions[i];
-        points[i] = MPoint(p.x, p.y, p.z, points[i].w);
+/// Brings the geometry's own points to where they are now; CVs keep their weights.
+const MPointArray& movedPoints(Work& work) {
+    const std::vector<Vec3>& positions = work.points.positions;
+    std::size_t i = 0;
+    for (MPoint& point : elements(work.world.points)) {
+        const Vec3& p = positions[i++];
+        point = MPoint(p.x, p.y, p.z, point.w);
     }
-    return points;
+    return work.world.points;
 }
 
-void writeMesh(const Work& work, const MObject& copy) {
+void writeMesh(Work& work, const MObject& copy) {
     MFnMesh mesh(copy);
     const auto count = static_cast<unsigned>(work.count());
     if (work.settings.position) mesh.setPoints(movedPoints(work), MSpace::kWorld);
@@ -230,7 +231,7 @@ void writeMesh(const Work& work, const MObject& copy) {
     }
 }
 
-void writeGeometry(const Work& work, const MObject& copy) {
+void writeGeometry(Work& work, const MObject& copy) {
     switch (work.world.kind) {
     case MFnData::kMesh: writeMesh(work, copy); break;
     case MFnData::kNurbsCurve:

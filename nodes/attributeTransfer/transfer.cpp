@@ -215,7 +215,10 @@ void forget(const TransferSettings& s, TransferPoints& points) {
 void transfer(const TransferSettings& settings, const TransferVolumes& volumes, std::span<const char> inside,
               TransferPoints& points) {
     if (!settings.merge) forget(settings, points);
-    Walk walk(settings, volumes, volume::pointBounds(points.positions, inside), points);
+    // Nothing but clouds is held against the bounds.
+    const volume::Box bounds =
+        volumes.clouds.cloudCount() > 0 ? volume::pointBounds(points.positions, inside) : volume::Box();
+    Walk walk(settings, volumes, bounds, points);
     for (std::size_t i = 0; i < points.positions.size(); ++i) {
         if (inside[i] != 0) {
             walk.visit(i);

@@ -1,6 +1,6 @@
 // The fast transfer beside the plain loops.
 
-#include "nodes/attributeTransfer/plain_transfer_test.h"
+#include "bench/plain_transfer.h"
 
 #include <gtest/gtest.h>
 
