@@ -50,7 +50,11 @@ double uiPerInternal(const graph::Scene& scene, const Cell& cell) {
     return kind == UnitKind::Distance ? 1.0 : toUi(scene, kind, 1.0);
 }
 
+/// A conversion's own ends take numbers as they are: it knows what they count.
+bool isConversion(const Cell& end) { return end.node.type().name() == "unitConversion"; }
+
 bool needsConversion(const Cell& source, const Cell& destination) {
+    if (isConversion(source) || isConversion(destination)) return false;
     const auto kind = [](const Cell& cell) {
         const bool counts = cell.attr.kind == AttrKind::Unit && cell.attr.unit != UnitKind::Distance;
         return counts ? cell.attr.unit : UnitKind::None;
