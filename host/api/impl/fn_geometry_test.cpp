@@ -22,6 +22,7 @@
 #include <maya/MItMeshEdge.h>
 #include <maya/MItMeshPolygon.h>
 #include <maya/MItMeshVertex.h>
+#include <maya/MMeshIntersector.h>
 #include <maya/MMeshSmoothOptions.h>
 #include <maya/MPointArray.h>
 #include <maya/MStringArray.h>
@@ -381,6 +382,55 @@ TEST(FnNurbs, CurvesAndSurfaces) {
     EXPECT_TRUE(plane.getPointAtParam(0.5, 0.5, point, MSpace::kWorld));
     EXPECT_TRUE(point.isEquivalent(MPoint(0, 0, 5), 1e-9));
     EXPECT_EQ(MFnNurbsSurface(data).numCVsInU(), 0) << "a curve is no surface";
+}
+
+TEST(NurbsFunctionSet, CreatesCurvesThatAddUp) {
+    const MPoint cvs[] = {{0, 0, 1, 2}, {1, 0, 1, 2}, {2, 0, 1, 2}};
+    const double knots[] = {0, 0, 1, 1};
+    const MPointArray points(cvs, 3);
+    MStatus status;
+    const auto made = [&](unsigned degree, unsigned knotCount, const MObject& owner) {
+        MFnNurbsCurve curve;
+        const MObject data = curve.create(points, MDoubleArray(knots, knotCount), degree,
+                                          MFnNurbsCurve::kOpen, true, false, owner, &status);
+        EXPECT_EQ(data.isNull(), !status);
+        return curve;
+    };
+    const MFnNurbsCurve curve = made(2, 4, MFnNurbsCurveData().create());
+    EXPECT_EQ(curve.numSpans(), 1);
+    MPoint cv;
+    EXPECT_TRUE(curve.getCV(2, cv));
+    EXPECT_EQ(cv, MPoint(2, 0, 0, 1)) << "flat and not rational, as asked";
+    (void)made(2, 3, MFnNurbsCurveData().create());
+    EXPECT_EQ(status, MStatus::kInvalidParameter) << "too few knots";
+    (void)made(0, 2, MFnNurbsCurveData().create());
+    EXPECT_EQ(status, MStatus::kInvalidParameter);
+    (void)made(2, 4, MObject());
+    EXPECT_EQ(status, MStatus::kInvalidParameter) << "nowhere to put it";
+}
+
+TEST(MeshIntersector, QueriesAreTakenThroughTheInverseOfTheMatrix) {
+    MObject data = twoSquares();
+    MMeshIntersector intersector;
+    MPointOnMesh found;
+    EXPECT_FALSE(intersector.getClosestPoint(MPoint(), found));
+    MMatrix moved;
+    moved[3][0] = 10;
+    EXPECT_TRUE(intersector.create(data, moved));
+    // In the mesh's own space (1.75, 0.5, 3), over the triangle 1 2 5 of the second square.
+    ASSERT_TRUE(intersector.getClosestPoint(MPoint(11.75, 0.5, 3), found));
+    EXPECT_TRUE(found.getPoint().isEquivalent(MFloatPoint(1.75F, 0.5F, 0)));
+    EXPECT_EQ(found.getNormal(), MFloatVector(0, 0, 1));
+    EXPECT_EQ(found.faceIndex(), 1);
+    EXPECT_EQ(found.triangleIndex(), 0);
+    float u = 0, v = 0;
+    found.getBarycentricCoords(u, v);
+    EXPECT_FLOAT_EQ(u, 0.25F);
+    EXPECT_FLOAT_EQ(v, 0.25F);
+    EXPECT_FALSE(intersector.getClosestPoint(MPoint(11.75, 0.5, 3), found, 2.5));
+    MObject curve = MFnNurbsCurveData().create();
+    EXPECT_EQ(intersector.create(curve), MStatus::kInvalidParameter);
+    EXPECT_FALSE(intersector.isCreated());
 }
 
 } // namespace

@@ -490,6 +490,16 @@ MStatus MFnMesh::assignUVs(const MIntArray& counts, const MIntArray& ids, const 
     return set < 0 ? MStatus(MStatus::kFailure) : statusOf(to->assignUvs(set, storage(counts), storage(ids)));
 }
 
+MStatus MFnMesh::clearUVs(const MString* uvSet) {
+    MStatus status;
+    Mesh* to = editable(status);
+    if (!to) return status;
+    const int set = to->findUvSet(nameOf(uvSet));
+    if (set < 0) return MStatus::kFailure;
+    to->clearUvs(set);
+    return {};
+}
+
 // --- colours
 // ---------------------------------------------------------------------------------------------------------
 

@@ -77,6 +77,29 @@ const NurbsCurve* MFnNurbsCurve::curve() const {
 
 const MMatrix* MFnNurbsCurve::matrixFor(MSpace::Space space) const { return matrixOf(object_, space); }
 
+MObject MFnNurbsCurve::create(const MPointArray& cvs, const MDoubleArray& knots, unsigned int degree,
+                              Form form, bool create2D, bool createRational, MObject parentOrOwner,
+                              MStatus* status) {
+    auto* owner = dynamic_cast<NurbsCurveData*>(parentOrOwner.hostObject());
+    if (!owner || parentOrOwner.isReadOnly() || form <= kInvalid || form >= kLast || degree > 7)
+        return answer(status, MObject(), MStatus::kInvalidParameter);
+    vesk::geom::NurbsBasis basis;
+    basis.degree = static_cast<int>(degree);
+    basis.form = static_cast<vesk::geom::NurbsForm>(form);
+    basis.knots = storage(knots);
+    auto points = storage(cvs);
+    for (MPoint& point : points) {
+        if (create2D) point.z = 0;
+        if (!createRational) point.w = 1;
+    }
+    const auto made = NurbsCurve::create(std::move(basis), std::move(points), createRational);
+    if (!made) return answer(status, MObject(), MStatus::kInvalidParameter);
+    owner->write() = *made;
+    object_ = parentOrOwner;
+    shape_ = MObject();
+    return answer(status, object_);
+}
+
 MObject MFnNurbsCurve::copy(const MObject& source, MObject parentOrOwner, MStatus* status) {
     shape_ = MObject();
     return placeCopy<NurbsCurveData>(vesk::api::geometryDataOf(source, MFn::kNurbsCurve), parentOrOwner,

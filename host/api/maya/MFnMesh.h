@@ -128,6 +128,8 @@ class MFnMesh : public MFnBase {
     MStatus getAssignedUVs(MIntArray& counts, MIntArray& ids, const MString* uvSet = nullptr) const;
     MStatus setUVs(const MFloatArray& us, const MFloatArray& vs, const MString* uvSet = nullptr);
     MStatus assignUVs(const MIntArray& counts, const MIntArray& ids, const MString* uvSet = nullptr);
+    /// Empties the set; it stays.
+    MStatus clearUVs(const MString* uvSet = nullptr);
 
     // --- colours: a null set name means the current set ---
 

@@ -24,7 +24,13 @@ class MFnNurbsCurve : public MFnBase {
     explicit MFnNurbsCurve(const MObject& object, MStatus* status = nullptr);
     MFn::Type type() const override { return MFn::kNurbsCurve; }
 
-    /// Into curve data; the set then works on it.
+    // --- building: into curve data; the set then works on it ---
+
+    /// As many knots as CVs + degree - 1; the last `degree` CVs of a periodic curve repeat the first ones.
+    /// `kInvalidParameter` when they do not go together or the degree is not 1 to 7.
+    MObject create(const MPointArray& cvs, const MDoubleArray& knots, unsigned int degree, Form form,
+                   bool create2D, bool createRational, MObject parentOrOwner = MObject::kNullObj,
+                   MStatus* status = nullptr);
     MObject copy(const MObject& source, MObject parentOrOwner = MObject::kNullObj, MStatus* status = nullptr);
 
     Form form(MStatus* status = nullptr) const;
