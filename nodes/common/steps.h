@@ -36,6 +36,10 @@ bool isConnected(const MPxNode& node, const MObject& attribute);
 /// The node's own name: what stands before the point in a name of one of its plugs.
 MString nodeName(const MPxNode& node, const MObject& anyAttribute);
 
+/// What a node with particles at its input says to object groups.
+inline constexpr const char* kNoParticleGroups =
+    "Object groups are not supported for particles. Use components list instead.";
+
 /// Writes `nodeName: text` as a warning of the host.
 void warn(const MString& nodeName, const char* text);
 

@@ -2,6 +2,7 @@
 
 #include "nodes/common/attributes.h"
 #include "nodes/common/steps.h"
+#include "nodes/common/uv_sets.h"
 #include "nodes/pointAttributeToArray/pointAttributes.h"
 
 #include <maya/MFnDoubleArrayData.h>
@@ -11,15 +12,12 @@
 #include <maya/MFnVectorArrayData.h>
 #include <maya/MItGeometry.h>
 #include <maya/MItMeshVertex.h>
-#include <maya/MStringArray.h>
 
 namespace {
 
 using namespace vesk::nodes;
 using Self = pointAttributeToArray;
 
-constexpr const char* kNoParticleGroups =
-    "Object groups are not supported for particles. Use components list instead.";
 constexpr const char* kNoGroups =
     "Object groups are not supported for vector arrays. Use components list instead.";
 constexpr const char* kPeriodic = "The geometry at the input is a periodic nurbs surface. Rebuild using the "
@@ -154,20 +152,6 @@ void readMap(const MFnMesh& mesh, const MString* uvSet, PointGeometry& geometry)
     }
 }
 
-/// Tells of a UV set that cannot be found. The name is used all the same: queries by it find nothing.
-void checkUvSet(const MFnMesh& mesh, const Request& request) {
-    if (request.uvSet.length() == 0) {
-        if (mesh.currentUVSetName().length() == 0) warn(request.name, "Cannot find a current uvSet.");
-        return;
-    }
-    MStringArray names;
-    mesh.getUVSetNames(names);
-    for (unsigned i = 0; i < names.length(); ++i) {
-        if (names[i] == request.uvSet) return;
-    }
-    warn(request.name, ("Cannot find uvSet named \"" + request.uvSet + "\".").asChar());
-}
-
 /// What the settings ask of a mesh. All queries are in the mesh's own space and in world space alike: the
 /// geometry was taken from the input in the space of `coordinateSystem`.
 void readMesh(MObject& mesh, const Request& request, PointGeometry& geometry) {
@@ -232,7 +216,8 @@ void readGeometry(const MPxNode& node, MDataBlock& block, const Request& request
     }
     geometry.pointCount = std::min(geometry.pointCount, vertexCount / geometry.verticesPerPoint);
 
-    checkUvSet(function, request);
+    // A set that cannot be found is used all the same: queries by its name find nothing.
+    (void)checkUvSet(function, request.uvSet, request.name);
     PointSelection selection;
     if (request.useComponents == kInputObjectGroup) {
         warn(request.name, kNoGroups);
