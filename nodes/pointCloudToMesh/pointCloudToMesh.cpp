@@ -52,8 +52,8 @@ enum MeshType : short { kCards = 0, kPolygons = 1, kGrid = 2 };
 
 /// Everything that one compute reads. Runs that do not go with the points are empty.
 class Cloud {
-    const MVectorArray positionData_, normalData_;
-    const MDoubleArray rgbaData_, mapData_;
+    MVectorArray positionData_, normalData_;
+    MDoubleArray rgbaData_, mapData_;
 
   public:
     const short type;
