@@ -31,7 +31,6 @@ MStatus timeOffset::initialize() {
     t.generic(outGeometry, "outGeometry", "og", geometry).output();
     t.number(offset, "offset", "o", 0).keyable();
     t.enumeration(coordinateSystem, "coordinateSystem", "cs", {"World", "Object"}).keyable();
-    t.followState();
     return t.finish();
 }
 
