@@ -25,14 +25,14 @@ class Nodes {
         if (const Outcome loaded = session_.plugins().load((folder / "plug-ins" / "Vesk.so").string());
             !loaded)
             std::printf("arrays2: %s\n", loaded.error.c_str());
-        std::vector<double> doubles(kDoubles);
+        std::vector<double> numbers(kDoubles);
         for (std::size_t i = 0; i < kDoubles; ++i)
-            doubles[i] = 0.001 * static_cast<double>(i % 1000);
-        std::vector<MVector> vectors(kVectors);
+            numbers[i] = 0.001 * static_cast<double>(i % 1000);
+        std::vector<MVector> positions(kVectors);
         for (std::size_t i = 0; i < kVectors; ++i)
-            vectors[i] = MVector(static_cast<double>(i), doubles[i], 1);
-        this->doubles = Ref<Data>(new DoubleArrayData(std::move(doubles)));
-        this->vectors = Ref<Data>(new VectorArrayData(std::move(vectors)));
+            positions[i] = MVector(static_cast<double>(i), numbers[i], 1);
+        doubles = Ref<Data>(new DoubleArrayData(std::move(numbers)));
+        vectors = Ref<Data>(new VectorArrayData(std::move(positions)));
     }
     void run(const char* text) { session_.run(text); }
     graph::Cell& cell(const char* plug) { return *graph::findPlug(session_.scene(), plug).plug.cell(); }

@@ -32,6 +32,7 @@ MStatus meshToMap::initialize() {
     t.typed(inMesh2, "inMesh2", "im2", MFnData::kMesh).notStorable().resets();
     t.typed(outMesh, "outMesh", "om", MFnData::kMesh).output();
     t.string(uvSet, "uvSet", "uvs").keyable();
+    t.followState();
     return t.finish();
 }
 

@@ -31,6 +31,7 @@ MStatus timeOffset::initialize() {
     t.generic(outGeometry, "outGeometry", "og", geometry).output();
     t.number(offset, "offset", "o", 0).keyable();
     t.enumeration(coordinateSystem, "coordinateSystem", "cs", {"World", "Object"}).keyable();
+    t.followState();
     return t.finish();
 }
 
