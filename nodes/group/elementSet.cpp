@@ -9,16 +9,16 @@
 
 namespace vesk::nodes {
 
-ElementSet ElementSet::of(MFn::Type type, std::vector<Element> elements) {
+ElementSet ElementSet::of(MFn::Type type, std::vector<ElementId> elements) {
     if (!std::is_sorted(elements.begin(), elements.end())) std::sort(elements.begin(), elements.end());
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
     return {type, std::move(elements)};
 }
 
-ElementSet ElementSet::complete(MFn::Type type, Element count) {
+ElementSet ElementSet::complete(MFn::Type type, ElementId count) {
     ElementSet set{type, {}};
-    set.elements.reserve(static_cast<std::size_t>(std::max<Element>(count, 0)));
-    for (Element i = 0; i < count; ++i)
+    set.elements.reserve(static_cast<std::size_t>(std::max<ElementId>(count, 0)));
+    for (ElementId i = 0; i < count; ++i)
         set.elements.push_back(i);
     return set;
 }
@@ -32,7 +32,7 @@ ElementSet ElementSet::completePairs(MFn::Type type, int countU, int countV) {
     return set;
 }
 
-bool ElementSet::holds(Element element) const {
+bool ElementSet::holds(ElementId element) const {
     return std::binary_search(elements.begin(), elements.end(), element);
 }
 
@@ -45,7 +45,7 @@ ElementSet ElementSet::common(const ElementSet& other) const {
     return both;
 }
 
-bool RunningList::holds(MFn::Type type, Element element) const {
+bool RunningList::holds(MFn::Type type, ElementId element) const {
     return std::any_of(entries_.begin(), entries_.end(),
                        [&](const ElementSet& entry) { return entry.type == type && entry.holds(element); });
 }
@@ -53,7 +53,7 @@ bool RunningList::holds(MFn::Type type, Element element) const {
 void RunningList::add(const ElementSet& set) {
     for (ElementSet& entry : entries_) {
         if (entry.type != set.type) continue;
-        std::vector<Element> joined;
+        std::vector<ElementId> joined;
         joined.reserve(entry.elements.size() + set.elements.size());
         std::set_union(entry.elements.begin(), entry.elements.end(), set.elements.begin(), set.elements.end(),
                        std::back_inserter(joined));
@@ -66,7 +66,7 @@ void RunningList::add(const ElementSet& set) {
 void RunningList::remove(const ElementSet& set) {
     for (std::size_t i = 0; i < entries_.size(); ++i) {
         if (entries_[i].type != set.type) continue;
-        std::vector<Element> left;
+        std::vector<ElementId> left;
         std::set_difference(entries_[i].elements.begin(), entries_[i].elements.end(), set.elements.begin(),
                             set.elements.end(), std::back_inserter(left));
         entries_[i].elements = std::move(left);

@@ -10,24 +10,24 @@
 namespace vesk::nodes {
 
 /// An id; of a surface's CV its u above 32 bits and its v below, so that ids ascend as pairs do.
-using Element = std::int64_t;
-inline Element pairElement(std::int64_t u, std::int64_t v) { return u << 32 | v; }
-inline int uOf(Element element) { return static_cast<int>(element >> 32); }
-inline int vOf(Element element) { return static_cast<int>(element & 0xffffffff); }
+using ElementId = std::int64_t;
+inline ElementId pairElement(std::int64_t u, std::int64_t v) { return u << 32 | v; }
+inline int uOf(ElementId element) { return static_cast<int>(element >> 32); }
+inline int vOf(ElementId element) { return static_cast<int>(element & 0xffffffff); }
 
 /// Elements of one kind of component, ascending, each once.
 struct ElementSet {
     MFn::Type type = MFn::kInvalid;
-    std::vector<Element> elements;
+    std::vector<ElementId> elements;
 
     /// Of elements in any order, with repetitions.
-    static ElementSet of(MFn::Type type, std::vector<Element> elements);
+    static ElementSet of(MFn::Type type, std::vector<ElementId> elements);
     /// All of 0 up to `count` - 1.
-    static ElementSet complete(MFn::Type type, Element count);
+    static ElementSet complete(MFn::Type type, ElementId count);
     /// All CVs of a surface.
     static ElementSet completePairs(MFn::Type type, int countU, int countV);
 
-    bool holds(Element element) const;
+    bool holds(ElementId element) const;
     /// What both hold; of different kinds nothing.
     ElementSet common(const ElementSet& other) const;
 };
@@ -40,7 +40,7 @@ class RunningList {
     const std::vector<ElementSet>& entries() const { return entries_; }
     /// Null when the list is empty: of a list only the first entry counts.
     const ElementSet* first() const { return entries_.empty() ? nullptr : entries_.data(); }
-    bool holds(MFn::Type type, Element element) const;
+    bool holds(MFn::Type type, ElementId element) const;
 
     /// An empty set makes an entry without elements if there is none of its kind.
     void add(const ElementSet& set);

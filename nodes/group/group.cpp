@@ -122,7 +122,7 @@ RunningList readList(const MObject& data, const GroupGeometry& geometry, MFn::Ty
     MStatus status;
     if (data.apiType() == MFn::kIntArrayData) {
         const MFnIntArrayData ids(data);
-        std::vector<Element> elements;
+        std::vector<ElementId> elements;
         for (unsigned i = 0; i < ids.length(); ++i)
             elements.push_back(ids[i]);
         if (!elements.empty()) list.add(ElementSet::of(type, std::move(elements)));
@@ -201,8 +201,8 @@ MObject particleData(const ElementSet& set, const GroupGeometry& geometry) {
     MFnIntArrayData maker;
     const MObject data = maker.create();
     MIntArray ids = maker.array();
-    const auto copies = static_cast<Element>(geometry.points.size());
-    for (const Element element : set.elements) {
+    const auto copies = static_cast<ElementId>(geometry.pointCount);
+    for (const ElementId element : set.elements) {
         if (element < geometry.particleCount || element >= copies) ids.append(static_cast<int>(element));
     }
     maker.set(ids);

@@ -1,5 +1,6 @@
 #include "nodes/group/groupGeometry.h"
 
+#include "nodes/common/arrays.h"
 #include "nodes/common/geometry_copy.h"
 #include "nodes/common/steps.h"
 
@@ -14,7 +15,6 @@
 #include <maya/MFnVectorArrayData.h>
 #include <maya/MIntArray.h>
 #include <maya/MItDependencyGraph.h>
-#include <maya/MPointArray.h>
 #include <maya/MVectorArray.h>
 
 #include <algorithm>
@@ -25,15 +25,7 @@ namespace {
 
 using Form = GroupGeometry::Form;
 
-constexpr int kFewestParticles = 3;
-
-std::vector<MPoint> toVector(const MPointArray& points) {
-    std::vector<MPoint> all;
-    all.reserve(points.length());
-    for (unsigned i = 0; i < points.length(); ++i)
-        all.push_back(points[i]);
-    return all;
-}
+constexpr unsigned kFewestParticles = 3;
 
 std::vector<MVector> toVector(const MVectorArray& vectors) {
     std::vector<MVector> all;
@@ -44,16 +36,13 @@ std::vector<MVector> toVector(const MVectorArray& vectors) {
 }
 
 /// A polygon through all particles, so that they have neighbours.
-MObject polygonThrough(const std::vector<MPoint>& points) {
-    MPointArray corners;
+MObject polygonThrough(const MPointArray& points) {
+    const auto count = static_cast<int>(points.length());
     MIntArray order;
-    const auto count = static_cast<int>(points.size());
-    for (int i = 0; i < count; ++i) {
-        corners.append(points[static_cast<std::size_t>(i)]);
+    for (int i = 0; i < count; ++i)
         order.append(i);
-    }
     MObject data = MFnMeshData().create();
-    MFnMesh().create(count, 1, corners, MIntArray(1, count), order, data);
+    MFnMesh().create(count, 1, points, MIntArray(1, count), order, data);
     return data;
 }
 
@@ -89,17 +78,18 @@ bool readParticles(const MObject& node, MDataBlock& block, const GroupInputAttri
     } else if (!shapeVelocities(node, geometry.velocities)) {
         return false;
     }
-    for (const MVector& position :
-         toVector(MFnVectorArrayData(block.inputValue(attributes.inGeometry).data()).array()))
-        geometry.points.emplace_back(position);
-    geometry.particleCount = static_cast<int>(geometry.points.size());
+    MPointArray points;
+    const MFnVectorArrayData positions(block.inputValue(attributes.inGeometry).data());
+    for (unsigned i = 0; i < positions.length(); ++i)
+        points.append(MPoint(positions[i]));
+    geometry.particleCount = static_cast<int>(points.length());
     if (geometry.particleCount == 0) return true;
-    geometry.velocities.resize(geometry.points.size());
-    while (geometry.points.size() < kFewestParticles) {
-        geometry.points.push_back(MPoint(geometry.points.front()));
-        geometry.velocities.push_back(MVector(geometry.velocities.front()));
-    }
-    geometry.mesh = polygonThrough(geometry.points);
+    while (points.length() < kFewestParticles)
+        points.append(MPoint(points[0]));
+    geometry.velocities.resize(static_cast<std::size_t>(geometry.particleCount));
+    geometry.velocities.resize(points.length(), MVector(geometry.velocities.front()));
+    geometry.setPoints(points);
+    geometry.mesh = polygonThrough(points);
     geometry.links = MeshLinks(geometry.mesh);
     return true;
 }
@@ -131,7 +121,7 @@ int GroupGeometry::count(GroupKind kind) const {
     switch (kind) {
     case GroupKind::kEdge: return links.edgeCount();
     case GroupKind::kFace: return links.faceCount();
-    default: return static_cast<int>(points.size());
+    default: return pointCount;
     }
 }
 
@@ -149,7 +139,7 @@ ElementCounts GroupGeometry::wholeCounts(MFn::Type type) const {
     counts.single = type == MFn::kMeshEdgeComponent      ? links.edgeCount()
                     : type == MFn::kMeshPolygonComponent ? links.faceCount()
                     : type == MFn::kMeshMapComponent     ? uvCount()
-                                                         : static_cast<int>(points.size());
+                                                         : pointCount;
     return counts;
 }
 
@@ -159,12 +149,12 @@ ElementSet GroupGeometry::complete(GroupKind kind) const {
     return ElementSet::complete(componentOf(kind), count(kind));
 }
 
-Element GroupGeometry::elementAt(GroupKind kind, int index) const {
+ElementId GroupGeometry::elementAt(GroupKind kind, int index) const {
     return kind == GroupKind::kSurfaceCV ? pairElement(index / numCVsInV, index % numCVsInV) : index;
 }
 
 ElementSet GroupGeometry::selection(GroupKind kind, const std::vector<int>& indices) const {
-    std::vector<Element> elements;
+    std::vector<ElementId> elements;
     elements.reserve(indices.size());
     for (const int index : indices)
         elements.push_back(elementAt(kind, index));
@@ -174,8 +164,8 @@ ElementSet GroupGeometry::selection(GroupKind kind, const std::vector<int>& indi
 std::vector<int> GroupGeometry::verticesOf(const ElementSet& set) {
     std::vector<int> vertices;
     const auto take = [&](const Links& corners) {
-        for (const Element element : set.elements) {
-            if (element >= static_cast<Element>(corners.start.size()) - 1) continue;
+        for (const ElementId element : set.elements) {
+            if (element >= static_cast<ElementId>(corners.start.size()) - 1) continue;
             const auto ids = corners.of(static_cast<int>(element));
             vertices.insert(vertices.end(), ids.begin(), ids.end());
         }
@@ -185,12 +175,11 @@ std::vector<int> GroupGeometry::verticesOf(const ElementSet& set) {
     } else if (set.type == MFn::kMeshPolygonComponent) {
         take(links.faceVertices());
     } else {
-        for (const Element element : set.elements) {
-            const Element index = set.type == MFn::kSurfaceCVComponent
-                                      ? Element{uOf(element)} * numCVsInV + vOf(element)
-                                      : element;
-            if (index >= 0 && index < static_cast<Element>(points.size()))
-                vertices.push_back(static_cast<int>(index));
+        for (const ElementId element : set.elements) {
+            const ElementId index = set.type == MFn::kSurfaceCVComponent
+                                        ? ElementId{uOf(element)} * numCVsInV + vOf(element)
+                                        : element;
+            if (index >= 0 && index < pointCount) vertices.push_back(static_cast<int>(index));
         }
     }
     std::sort(vertices.begin(), vertices.end());
@@ -198,11 +187,15 @@ std::vector<int> GroupGeometry::verticesOf(const ElementSet& set) {
     return vertices;
 }
 
-MBoundingBox GroupGeometry::bounds() const {
-    MBoundingBox box;
-    for (const MPoint& point : points)
-        box.expand(point);
-    return box;
+std::span<const MPoint> GroupGeometry::points() {
+    if (points_.length() == 0 && form == Form::kMesh) MFnMesh(mesh).getPoints(points_);
+    const MPointArray& all = points_;
+    return elements(all);
+}
+
+void GroupGeometry::setPoints(const MPointArray& points) {
+    points_ = points;
+    pointCount = static_cast<int>(points.length());
 }
 
 namespace {
@@ -229,7 +222,7 @@ std::vector<MVector> GroupGeometry::references(GroupKind kind, const MPlug& inpu
     function.getVertexNormals(false, normals);
     // A ribbon has two vertices a CV.
     const unsigned stride = form == Form::kCurve ? 2 : 1;
-    std::vector<MVector> references(points.size());
+    std::vector<MVector> references(static_cast<std::size_t>(pointCount));
     for (unsigned i = 0; i < references.size() && i * stride < normals.length(); ++i)
         references[i] = MVector(normals[i * stride]);
     if (form == Form::kSurface) {
@@ -273,8 +266,8 @@ GroupInput readGroupGeometry(const MObject& node, MDataBlock& block, const Group
         geometry.form = Form::kMesh;
         geometry.mesh = geometry.output;
         geometry.links = MeshLinks(geometry.mesh);
-        MFnMesh(geometry.mesh).getPoints(points);
-        break;
+        geometry.pointCount = geometry.links.vertexCount();
+        return GroupInput::kReady;
     case MFnData::kNurbsCurve:
         geometry.form = Form::kCurve;
         MFnNurbsCurve(geometry.output).getCVs(points);
@@ -294,7 +287,7 @@ GroupInput readGroupGeometry(const MObject& node, MDataBlock& block, const Group
         surface.getCVs(points);
     }
     }
-    geometry.points = toVector(points);
+    geometry.setPoints(points);
     return GroupInput::kReady;
 }
 

@@ -4,13 +4,14 @@
 #include "nodes/group/elementSet.h"
 #include "nodes/group/meshLinks.h"
 
-#include <maya/MBoundingBox.h>
 #include <maya/MObject.h>
 #include <maya/MPlug.h>
 #include <maya/MPoint.h>
+#include <maya/MPointArray.h>
 #include <maya/MString.h>
 #include <maya/MVector.h>
 
+#include <span>
 #include <vector>
 
 class MDataBlock;
@@ -28,11 +29,11 @@ struct GroupGeometry {
     enum class Form { kNone, kMesh, kCurve, kSurface, kParticles };
 
     Form form = Form::kNone;
-    MObject output;  ///< a copy in the chosen space; null for particles
-    MeshLinks links; ///< of the mesh, the polygon through all particles, the tessellation of a surface
-    MObject mesh;    ///< what `links` is made of; null for curves
-    std::vector<MPoint> points;      ///< in the chosen space; at least three for particles
-    int particleCount = 0;           ///< without the copies of the first that make three
+    MObject output;        ///< a copy in the chosen space; null for particles
+    MeshLinks links;       ///< of the mesh, the polygon through all particles, the tessellation of a surface
+    MObject mesh;          ///< what `links` is made of; null for curves
+    int pointCount = 0;    ///< at least three for particles
+    int particleCount = 0; ///< without the copies of the first that make three
     std::vector<MVector> velocities; ///< one a point of particles
     int numCVsInU = 0, numCVsInV = 0;
     MString uvSet; ///< empty: the current one
@@ -50,11 +51,14 @@ struct GroupGeometry {
     ElementSet complete(GroupKind kind) const;
     /// Flat indices as elements of a kind: those of a surface are pairs.
     ElementSet selection(GroupKind kind, const std::vector<int>& indices) const;
-    Element elementAt(GroupKind kind, int index) const;
+    ElementId elementAt(GroupKind kind, int index) const;
+
+    /// Of vertices, CVs, particles: in the chosen space.
+    std::span<const MPoint> points();
+    void setPoints(const MPointArray& points);
 
     /// The vertices of elements: themselves, both ends, corners.
     std::vector<int> verticesOf(const ElementSet& set);
-    MBoundingBox bounds() const;
 
     /// Per vertex (or CV): the normal, or what the velocity is for particles of kind `kParticle`. Those of a
     /// curve come from a ribbon that is made from what feeds `input`.
@@ -63,6 +67,7 @@ struct GroupGeometry {
     const Links& vertexUvs();
 
   private:
+    MPointArray points_; ///< of a mesh read when first asked for
     Links vertexUvs_;
     bool hasVertexUvs_ = false;
 };

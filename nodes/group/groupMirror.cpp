@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <unordered_map>
 #include <utility>
 
@@ -80,46 +81,67 @@ class MirrorGrid {
     std::unordered_map<std::int64_t, MBoundingBox> boxes_;
 };
 
-/// Candidates by place, in cubes of the radius, so that what is within the radius lies in 27 of them.
+/// Candidates in a hashed grid of cubes twice as wide as the radius, so that what is within the radius of a
+/// place lies in at most eight of them.
 class NearPoints {
   public:
-    explicit NearPoints(double edge) : edge_(edge) {}
+    NearPoints(std::span<const MPoint> points, const std::vector<int>& candidates, double radius)
+        : reach_(radius * (1 + 1e-9)), edge_(2 * radius) {
+        while (mask_ < candidates.size())
+            mask_ = 2 * mask_ + 1;
+        std::vector<std::uint64_t> buckets;
+        buckets.reserve(candidates.size());
+        start_.assign(mask_ + 2, 0);
+        for (const int candidate : candidates) {
+            const MPoint& p = points[static_cast<std::size_t>(candidate)];
+            buckets.push_back(bucketOf(cubeAt(p.x), cubeAt(p.y), cubeAt(p.z)));
+            ++start_[buckets.back() + 1];
+        }
+        std::partial_sum(start_.begin(), start_.end(), start_.begin());
+        end_.assign(start_.begin(), start_.end() - 1);
+        places_.resize(candidates.size());
+        for (std::size_t i = 0; i < candidates.size(); ++i)
+            places_[end_[buckets[i]]++] = candidates[i];
+    }
 
-    void add(const MPoint& p, int point) { cubes_[key(cubeOf(p))].push_back(point); }
-
-    /// Calls `visit` with each point that may be near; one for which it says so goes.
+    /// Calls `visit` with each candidate that may be near; one for which it says so goes.
     template <class Visit>
     void takeNear(const MPoint& p, Visit&& visit) {
-        const Cube middle = cubeOf(p);
-        for (std::int64_t x = -1; x <= 1; ++x) {
-            for (std::int64_t y = -1; y <= 1; ++y) {
-                for (std::int64_t z = -1; z <= 1; ++z) {
-                    const auto found = cubes_.find(key({middle.x + x, middle.y + y, middle.z + z}));
-                    if (found == cubes_.end()) continue;
-                    std::erase_if(found->second, visit);
-                    if (found->second.empty()) cubes_.erase(found);
-                }
+        for (std::int64_t x = cubeAt(p.x - reach_); x <= cubeAt(p.x + reach_); ++x) {
+            for (std::int64_t y = cubeAt(p.y - reach_); y <= cubeAt(p.y + reach_); ++y) {
+                for (std::int64_t z = cubeAt(p.z - reach_); z <= cubeAt(p.z + reach_); ++z)
+                    takeFrom(bucketOf(x, y, z), visit);
             }
         }
     }
 
   private:
-    struct Cube {
-        std::int64_t x, y, z;
-    };
-    Cube cubeOf(const MPoint& p) const { return {along(p.x), along(p.y), along(p.z)}; }
-    std::int64_t along(double coordinate) const {
+    template <class Visit>
+    void takeFrom(std::uint64_t bucket, Visit&& visit) {
+        std::uint32_t& end = end_[bucket];
+        for (std::uint32_t i = start_[bucket]; i < end;) {
+            if (visit(places_[i])) {
+                std::swap(places_[i], places_[--end]);
+            } else {
+                ++i;
+            }
+        }
+    }
+    std::int64_t cubeAt(double coordinate) const {
         const double at = std::floor(coordinate / edge_);
         return std::abs(at) < 1e15 ? static_cast<std::int64_t>(at) : 0;
     }
-    static std::uint64_t key(const Cube& cube) {
-        return static_cast<std::uint64_t>(cube.x) * 0x9e3779b97f4a7c15U ^
-               static_cast<std::uint64_t>(cube.y) * 0xc2b2ae3d27d4eb4fU ^
-               static_cast<std::uint64_t>(cube.z) * 0x165667b19e3779f9U;
+    std::uint64_t bucketOf(std::int64_t x, std::int64_t y, std::int64_t z) const {
+        const std::uint64_t mixed = static_cast<std::uint64_t>(x) * 0x9e3779b97f4a7c15U ^
+                                    static_cast<std::uint64_t>(y) * 0xc2b2ae3d27d4eb4fU ^
+                                    static_cast<std::uint64_t>(z) * 0x165667b19e3779f9U;
+        return (mixed ^ mixed >> 32) & mask_;
     }
 
-    double edge_;
-    std::unordered_map<std::uint64_t, std::vector<int>> cubes_;
+    double reach_, edge_;
+    std::uint64_t mask_ = 15;
+    std::vector<std::uint32_t> start_, end_; ///< of each bucket
+    std::vector<int> places_;
 };
 
 } // namespace
@@ -145,23 +167,22 @@ MBoundingBox mirrorReach(std::span<const MPoint> points, std::span<const int> se
 std::vector<int> mirroredPoints(std::span<const MPoint> points, std::span<const int> selected,
                                 const MirrorSettings& settings) {
     const MBoundingBox reach = mirrorReach(points, selected, settings.radius);
-    MirrorGrid grid(points, settings);
-    NearPoints near(settings.radius);
-    std::vector<std::int64_t> keys(points.size());
-    std::vector<int> mirrored;
+    std::vector<int> candidates;
     for (std::size_t i = 0; i < points.size(); ++i) {
         const MPoint reflection = reflected(points[i], settings);
-        if (!reach.contains(reflection) || !isOnSide(reflection, settings)) continue;
-        const auto index = static_cast<int>(i);
-        if (!settings.precise) {
-            mirrored.push_back(index);
-            continue;
-        }
-        keys[i] = grid.enter(reflection);
-        near.add(points[i], index);
+        if (reach.contains(reflection) && isOnSide(reflection, settings))
+            candidates.push_back(static_cast<int>(i));
     }
+    if (!settings.precise) return candidates;
+    MirrorGrid grid(points, settings);
+    std::vector<std::int64_t> keys(points.size());
+    for (const int candidate : candidates) {
+        const auto at = static_cast<std::size_t>(candidate);
+        keys[at] = grid.enter(reflected(points[at], settings));
+    }
+    NearPoints near(points, candidates, settings.radius);
+    std::vector<int> mirrored;
     for (const int index : selected) {
-        if (!settings.precise) break;
         const MPoint& p = points[static_cast<std::size_t>(index)];
         if (!isOnSide(p, settings)) continue;
         const MPoint reflection = reflected(p, settings);

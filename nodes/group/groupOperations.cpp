@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <iterator>
+#include <numbers>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -30,11 +32,26 @@ std::optional<long long> unsignedNumber(std::string_view text) {
 /// Degrees to radians as the contract has them: in single precision, by this number and not the full one.
 double radians(float degrees) { return degrees * 0.01746F; }
 
-/// Almost nothing counts as nothing, so that an angle of 0 finds what is parallel.
-double angleBetween(const MVector& a, const MVector& b) {
-    const double angle = a.angle(b);
-    return angle < 0.0001 ? 0 : angle;
-}
+/// Whether two directions are within an angle. Almost nothing counts as nothing, so that an angle of 0 finds
+/// what is parallel; a zero vector is at no angle to anything.
+class AngleLimit {
+  public:
+    explicit AngleLimit(double angle)
+        : angle_(angle), cosine_(std::cos(std::clamp(angle, kNothing, std::numbers::pi))) {}
+
+    bool holds(const MVector& a, const MVector& b) const {
+        // The arc cosine decides only where the cosine is too near to tell.
+        const double sizes = a.length() * b.length(), product = a * b;
+        if (product > (cosine_ + kNear) * sizes && sizes > 0) return true;
+        if (product < (cosine_ - kNear) * sizes) return false;
+        const double angle = a.angle(b);
+        return (angle < kNothing ? 0 : angle) <= angle_;
+    }
+
+  private:
+    static constexpr double kNothing = 0.0001, kNear = 1e-9;
+    double angle_, cosine_;
+};
 
 /// Indices that count in "Pattern" and "Range": there alone UVs count as UVs.
 int patternCount(const Settings& settings, const GroupGeometry& geometry) {
@@ -67,9 +84,9 @@ std::vector<int> byDirection(const Settings& settings, GroupGeometry& geometry) 
     const bool isFaces = settings.kind == GroupKind::kFace;
     const auto references =
         isFaces ? geometry.faceNormals() : geometry.references(settings.kind, settings.input);
-    const double limit = radians(settings.spreadAngle);
+    const AngleLimit limit(radians(settings.spreadAngle));
     for (std::size_t i = 0; i < references.size(); ++i) {
-        if (!(angleBetween(references[i], settings.direction) <= limit)) continue;
+        if (!limit.holds(references[i], settings.direction)) continue;
         const auto index = static_cast<int>(i);
         if (isFaces) {
             taken.push_back(index);
@@ -83,14 +100,14 @@ std::vector<int> byDirection(const Settings& settings, GroupGeometry& geometry) 
 std::vector<int> facesInBetween(const Settings& settings, GroupGeometry& geometry) {
     std::vector<int> taken, around;
     const auto normals = geometry.faceNormals();
-    const double limit = radians(settings.inBetweenAngle);
+    const AngleLimit limit(radians(settings.inBetweenAngle));
     for (int face = 0; face < geometry.links.faceCount(); ++face) {
         bool isFound = false;
         geometry.links.facesAround(face, around);
         for (const int other : around) {
-            const double angle = angleBetween(normals[static_cast<std::size_t>(face)],
-                                              normals[static_cast<std::size_t>(other)]);
-            if (!(angle <= limit)) continue;
+            if (!limit.holds(normals[static_cast<std::size_t>(face)],
+                             normals[static_cast<std::size_t>(other)]))
+                continue;
             taken.push_back(other);
             isFound = true;
         }
@@ -105,10 +122,9 @@ std::vector<int> facesInBetween(const Settings& settings, GroupGeometry& geometr
 std::vector<int> pointsInBetween(const Settings& settings, GroupGeometry& geometry) {
     std::vector<int> taken;
     const auto references = geometry.references(settings.kind, settings.input);
-    const double limit = radians(settings.inBetweenAngle);
+    const AngleLimit limit(radians(settings.inBetweenAngle));
     const auto passes = [&](int a, int b) {
-        return angleBetween(references[static_cast<std::size_t>(a)],
-                            references[static_cast<std::size_t>(b)]) <= limit;
+        return limit.holds(references[static_cast<std::size_t>(a)], references[static_cast<std::size_t>(b)]);
     };
     const auto count = static_cast<int>(references.size());
     if (geometry.form == Form::kCurve) {
@@ -158,6 +174,7 @@ std::vector<int> depth(const Settings& settings, GroupGeometry& geometry) {
     if (settings.depth <= 0) return list;
     std::sort(list.begin(), list.end());
     list.erase(std::unique(list.begin(), list.end()), list.end());
+    list.reserve(static_cast<std::size_t>(count));
     std::vector<char> isThere(static_cast<std::size_t>(count), 0);
     for (const int element : list)
         isThere[static_cast<std::size_t>(element)] = 1;
@@ -175,7 +192,14 @@ std::vector<int> depth(const Settings& settings, GroupGeometry& geometry) {
             }
         }
     }
-    if (settings.kind != GroupKind::kMap || !geometry.hasUvs) return list;
+    if (settings.kind != GroupKind::kMap || !geometry.hasUvs) {
+        // The flags hold them in order.
+        list.clear();
+        for (int element = 0; element < count; ++element) {
+            if (isThere[static_cast<std::size_t>(element)] != 0) list.push_back(element);
+        }
+        return list;
+    }
     std::vector<int> uvs;
     for (const int vertex : list) {
         for (const int uv : geometry.vertexUvs().of(vertex)) {
@@ -201,7 +225,7 @@ std::vector<int> edgeLength(const Settings& settings, GroupGeometry& geometry) {
     std::vector<int> taken;
     const bool inUvSpace = settings.inUvSpace && geometry.form == Form::kMesh;
     const auto uvs = inUvSpace ? uvPoints(geometry) : std::vector<MPoint>();
-    const auto& points = inUvSpace ? uvs : geometry.points;
+    const std::span<const MPoint> points = inUvSpace ? uvs : geometry.points();
     const auto isShort = [&](int a, int b) {
         return points[static_cast<std::size_t>(a)].distanceTo(points[static_cast<std::size_t>(b)]) <=
                settings.lengthThreshold;
@@ -254,12 +278,13 @@ std::vector<int> faceArea(const Settings& settings, GroupGeometry& geometry) {
 
 std::vector<int> facePerimeter(const Settings& settings, GroupGeometry& geometry) {
     const auto& ends = geometry.links.edgeVertices();
+    const auto points = geometry.points();
     return smallFaces(settings, geometry, settings.perimeterThreshold, [&](MItMeshPolygon& face) {
         double sum = 0;
         for (const int edge : geometry.links.faceEdges().of(face.index())) {
-            const auto points = ends.of(edge);
-            sum += geometry.points[static_cast<std::size_t>(points[0])].distanceTo(
-                geometry.points[static_cast<std::size_t>(points[1])]);
+            const auto vertices = ends.of(edge);
+            sum += points[static_cast<std::size_t>(vertices[0])].distanceTo(
+                points[static_cast<std::size_t>(vertices[1])]);
         }
         return sum;
     });
@@ -307,11 +332,10 @@ std::vector<int> rangeIndices(int start, int end, int stepA, int stepB, int coun
 
 std::vector<int> operationIndices(short operation, const Settings& settings, GroupGeometry& geometry) {
     const bool isThere = operation >= 0 && operation < static_cast<short>(std::size(kOperations));
-    if (!isThere || !geometry.fits(settings.kind) || geometry.points.empty()) return {};
+    if (!isThere || !geometry.fits(settings.kind) || geometry.pointCount == 0) return {};
     // A surface that nothing feeds has no tessellation: its CVs can be counted, and that is all.
     const bool needsNeighbours = operation > 1 && geometry.form != Form::kCurve;
-    if (needsNeighbours && geometry.links.vertexCount() != static_cast<int>(geometry.points.size()))
-        return {};
+    if (needsNeighbours && geometry.links.vertexCount() != geometry.pointCount) return {};
     return kOperations[operation](settings, geometry);
 }
 

@@ -89,10 +89,10 @@ ElementSet widened(const std::vector<int>& vertices, const GroupSettings& s, Gro
     }
     ElementSet set = geometry.selection(s.kind, found);
     if (!s.contained || geometry.form != Form::kMesh) return set;
-    std::erase_if(set.elements, [&](Element element) {
+    std::erase_if(set.elements, [&](ElementId element) {
         const auto points = corners.of(static_cast<int>(element));
         return !std::all_of(points.begin(), points.end(), [&](int point) {
-            return reach.contains(geometry.points[static_cast<std::size_t>(point)] * s.mirrorInverse);
+            return reach.contains(geometry.points()[static_cast<std::size_t>(point)] * s.mirrorInverse);
         });
     });
     return set;
@@ -111,10 +111,10 @@ void mirrorStage(RunningList& list, const GroupSettings& s, GroupGeometry& geome
         return list.add({MFn::kMeshVertComponent, {}});
     }
     const std::vector<int> selected = geometry.verticesOf(kept);
-    const std::vector<int> points = mirroredPoints(geometry.points, selected, s.mirror);
+    const std::vector<int> points = mirroredPoints(geometry.points(), selected, s.mirror);
     const bool isWide = s.kind == GroupKind::kEdge || s.kind == GroupKind::kFace;
     const ElementSet mirrored =
-        isWide ? widened(points, s, geometry, mirrorReach(geometry.points, selected, s.mirror.radius))
+        isWide ? widened(points, s, geometry, mirrorReach(geometry.points(), selected, s.mirror.radius))
                : geometry.selection(s.kind, points);
     if (s.mirrorMode == GroupMirror::kUnion && !kept.elements.empty()) list.add(kept);
     if (!mirrored.elements.empty()) list.add(mirrored);
@@ -167,7 +167,7 @@ void nothingStage(RunningList& list, const GroupSettings& s, const GroupGeometry
     ElementSet mark{componentOf(s.kind), {}};
     if (geometry.fits(s.kind)) {
         const bool isUvs = s.kind == GroupKind::kMap;
-        const Element beyond = (isUvs ? geometry.uvCount() : geometry.count(s.kind)) + kBeyond;
+        const ElementId beyond = (isUvs ? geometry.uvCount() : geometry.count(s.kind)) + kBeyond;
         mark.elements.push_back(s.kind == GroupKind::kSurfaceCV ? pairElement(beyond, beyond) : beyond);
     }
     list.add(mark);

@@ -8,8 +8,7 @@ namespace {
 
 class VolumeTest {
   public:
-    VolumeTest(const std::vector<MPoint>& points, volume::VolumeList& volumes,
-               const volume::CloudStore& clouds)
+    VolumeTest(std::span<const MPoint> points, volume::VolumeList& volumes, const volume::CloudStore& clouds)
         : points_(points), volumes_(volumes), clouds_(clouds) {
         for (const MPoint& point : points)
             bounds_.grow(toVec3(point));
@@ -50,7 +49,7 @@ class VolumeTest {
         return hits;
     }
 
-    const std::vector<MPoint>& points_;
+    std::span<const MPoint> points_;
     volume::VolumeList& volumes_;
     const volume::CloudStore& clouds_;
     volume::Box bounds_;
@@ -60,7 +59,7 @@ class VolumeTest {
 
 ElementSet elementsInVolumes(GroupKind kind, GroupGeometry& geometry, volume::VolumeList& volumes,
                              const volume::CloudStore& clouds) {
-    VolumeTest test(geometry.points, volumes, clouds);
+    VolumeTest test(geometry.points(), volumes, clouds);
     std::vector<int> found;
     const auto byCorners = [&](const Links& corners, int count) {
         for (int element = 0; element < count; ++element) {

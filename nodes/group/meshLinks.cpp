@@ -5,24 +5,30 @@
 #include <maya/MString.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace vesk::nodes {
 
 namespace {
 
-void endList(Links& links) { links.start.push_back(links.ids.size()); }
+void endList(Links& links) { links.start.push_back(static_cast<std::uint32_t>(links.ids.size())); }
+
+/// Where the lists begin of which each id's is as long as the id occurs often.
+std::vector<std::uint32_t> startsOf(const std::vector<int>& ids, int count) {
+    std::vector<std::uint32_t> start(static_cast<std::size_t>(count) + 1, 0);
+    for (const int id : ids)
+        ++start[static_cast<std::size_t>(id) + 1];
+    std::partial_sum(start.begin(), start.end(), start.begin());
+    return start;
+}
 
 } // namespace
 
 Links Links::inverted(int count) const {
     Links result;
-    result.start.assign(static_cast<std::size_t>(count) + 1, 0);
-    for (const int id : ids)
-        ++result.start[static_cast<std::size_t>(id) + 1];
-    for (std::size_t i = 1; i < result.start.size(); ++i)
-        result.start[i] += result.start[i - 1];
+    result.start = startsOf(ids, count);
     result.ids.resize(ids.size());
-    std::vector<std::size_t> next(result.start.begin(), result.start.end() - 1);
+    std::vector<std::uint32_t> next(result.start.begin(), result.start.end() - 1);
     for (std::size_t element = 0; element + 1 < start.size(); ++element) {
         for (std::size_t i = start[element]; i < start[element + 1]; ++i)
             result.ids[next[static_cast<std::size_t>(ids[i])]++] = static_cast<int>(element);
@@ -70,6 +76,7 @@ const Links& MeshLinks::edgeVertices() {
     Links links;
     const MFnMesh function(mesh_);
     links.ids.reserve(2 * static_cast<std::size_t>(edgeCount_));
+    links.start.reserve(static_cast<std::size_t>(edgeCount_) + 1);
     for (int edge = 0; edge < edgeCount_; ++edge) {
         int2 ends;
         function.getEdgeVertices(edge, ends);
@@ -96,14 +103,14 @@ const Links& MeshLinks::vertexEdges() {
 
 const Links& MeshLinks::vertexVertices() {
     if (vertexVertices_) return *vertexVertices_;
-    Links links = vertexEdges();
-    const auto& ends = edgeVertices();
-    for (int vertex = 0; vertex < vertexCount_; ++vertex) {
-        for (std::size_t i = links.start[static_cast<std::size_t>(vertex)];
-             i < links.start[static_cast<std::size_t>(vertex) + 1]; ++i) {
-            const auto edge = ends.of(links.ids[i]);
-            links.ids[i] = edge[0] == vertex ? edge[1] : edge[0];
-        }
+    const auto& ends = edgeVertices().ids;
+    Links links;
+    links.start = startsOf(ends, vertexCount_);
+    links.ids.resize(ends.size());
+    std::vector<std::uint32_t> next(links.start.begin(), links.start.end() - 1);
+    for (std::size_t i = 0; i + 1 < ends.size(); i += 2) {
+        links.ids[next[static_cast<std::size_t>(ends[i])]++] = ends[i + 1];
+        links.ids[next[static_cast<std::size_t>(ends[i + 1])]++] = ends[i];
     }
     return vertexVertices_.emplace(std::move(links));
 }

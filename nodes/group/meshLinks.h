@@ -4,6 +4,7 @@
 #include <maya/MFnMesh.h>
 #include <maya/MObject.h>
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -14,7 +15,7 @@ namespace vesk::nodes {
 
 /// A list of ids for each element.
 struct Links {
-    std::vector<std::size_t> start{0};
+    std::vector<std::uint32_t> start{0};
     std::vector<int> ids;
 
     std::span<const int> of(int element) const {
