@@ -30,6 +30,14 @@ TEST_F(HostCommands, CreateNodeNamesShapesAndTransforms) {
     refused("createNode transform -p nobody", "nobody");
 }
 
+TEST_F(HostCommands, WorldSpaceOutputsMeanTheirFirstInstance) {
+    run("polyCube; createNode mesh -n shown");
+    EXPECT_EQ(mel("connectAttr pCubeShape1.worldMesh shown.inMesh"),
+              "Connected pCubeShape1.worldMesh[0] to shown.inMesh.");
+    run("disconnectAttr pCubeShape1.worldMesh shown.inMesh");
+    EXPECT_EQ(mel("isConnected pCubeShape1.worldMesh[0] shown.inMesh"), "0");
+}
+
 TEST_F(HostCommands, DeletingHistoryKeepsWhatTheShapeShows) {
     mel("polyCube -w 4; delete -ch pCube1");
     EXPECT_EQ(mel("objExists polyCube1"), "0");

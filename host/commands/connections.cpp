@@ -28,6 +28,13 @@ Cell& endNamed(const CommandContext& context, const std::string& name) {
     return cellNamed(context, name);
 }
 
+/// An output in world space is a multi with an element for each instance; without an index it means the first
+/// one.
+Cell& firstInstance(Cell& source, const Cell& destination) {
+    const bool meansFirst = source.isArray() && source.attr.worldSpace && !destination.isArray();
+    return meansFirst ? source.element(0) : source;
+}
+
 /// The element of an index-free multi that nothing uses yet.
 Cell& nextAvailable(Cell& array) {
     if (!array.isArray()) throw Error("'" + nameOf(array) + "' is not a multi: it has no next element.");
@@ -105,11 +112,12 @@ void prepareEnds(const CommandContext& context, const Args& args) {
 
 Value connectAttr(CommandContext& context, const Args& args) {
     if (context.scene.readingFile) prepareEnds(context, args);
-    Cell& source = endNamed(context, args.word(0));
+    Cell& named = endNamed(context, args.word(0));
     const std::string destinationName = args.word(1);
     if (args.wordCount() > 2) throw Error("connectAttr takes two plugs.");
     Cell* destination = &endNamed(context, destinationName);
     if (args.isOn("nextAvailable")) destination = &nextAvailable(*destination);
+    Cell& source = firstInstance(named, *destination);
     const bool force = args.isOn("force");
     const std::string names = nameOf(source) + " to " + nameOf(*destination);
     if (force && destination->source == &source) {
@@ -131,9 +139,10 @@ Cell& fedElement(const Cell& source, Cell& array) {
 }
 
 Value disconnectAttr(CommandContext& context, const Args& args) {
-    Cell& source = endNamed(context, args.word(0));
+    Cell& named = endNamed(context, args.word(0));
     Cell* destination = &endNamed(context, args.word(1));
-    if (args.isOn("nextAvailable")) destination = &fedElement(source, *destination);
+    if (args.isOn("nextAvailable")) destination = &fedElement(named, *destination);
+    Cell& source = firstInstance(named, *destination);
     const std::string names = nameOf(source) + " from " + nameOf(*destination);
     if (destination->source == &source && destination->locked) {
         throw Error("'" + nameOf(*destination) + "' is locked and cannot be disconnected.");

@@ -2,6 +2,7 @@
 
 #include "nodes/attributeTransfer/transfer.h"
 #include "nodes/common/arrays.h"
+#include "nodes/common/geometry_copy.h"
 #include "nodes/common/kernel_ramp.h"
 #include "nodes/common/steps.h"
 
@@ -262,7 +263,7 @@ void run(Work& work) {
     const auto inside =
         chosenPoints(work.block, {Self::inGeometry, Self::useComponents, Self::inComponents, Self::groupId},
                      work.world, work.name);
-    MObject out = work.settings.areParticles ? geometry.data() : worldCopy(work.world);
+    MObject out = work.settings.areParticles ? geometry.data() : copyOfGeometry(work.world.geometry);
     const ConnectedVolumes volumes = readVolumes(work.node, work.block, Self::volumes, work.name);
     if (volumes.hasElements) {
         const auto ramps = readRamps(volumes.nodes);

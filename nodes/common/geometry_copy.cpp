@@ -17,21 +17,26 @@ namespace {
 template <class FunctionSet, class DataFunctionSet>
 MObject copied(const MObject& source) {
     MObject data = DataFunctionSet().create();
-    FunctionSet().copy(source, data);
+    MStatus status;
+    FunctionSet().copy(source, data, &status);
+    if (!status) return MObject::kNullObj;
     MFnGeometryData(data).copyObjectGroups(source);
     return data;
 }
 
 } // namespace
 
-MObject copyOfGeometry(MDataHandle& handle, short coordinateSystem) {
-    const MObject source = geometryIn(handle, coordinateSystem);
-    if (source.isNull()) return source;
-    switch (handle.type()) {
-    case MFnData::kMesh: return copied<MFnMesh, MFnMeshData>(source);
-    case MFnData::kNurbsCurve: return copied<MFnNurbsCurve, MFnNurbsCurveData>(source);
-    default: return copied<MFnNurbsSurface, MFnNurbsSurfaceData>(source);
+MObject copyOfGeometry(const MObject& geometry) {
+    switch (geometry.apiType()) {
+    case MFn::kMeshData: return copied<MFnMesh, MFnMeshData>(geometry);
+    case MFn::kNurbsCurveData: return copied<MFnNurbsCurve, MFnNurbsCurveData>(geometry);
+    case MFn::kNurbsSurfaceData: return copied<MFnNurbsSurface, MFnNurbsSurfaceData>(geometry);
+    default: return MObject::kNullObj;
     }
+}
+
+MObject copyOfGeometry(MDataHandle& handle, short coordinateSystem) {
+    return copyOfGeometry(geometryIn(handle, coordinateSystem));
 }
 
 } // namespace vesk::nodes

@@ -6,9 +6,13 @@
 
 namespace vesk::nodes {
 
-/// New data with a copy of the handle's mesh, curve or surface in the space of `coordinateSystem` (steps.h):
-/// world takes the transformed form, so that the copy's own space is the world. Object groups come along.
-/// Null for data of any other type.
+/// New data with a copy of a mesh, curve or surface, its object groups included, without a matrix: the points
+/// stay as the geometry gives them in its own space. Null for data of any other type, and where the host
+/// refuses to copy.
+MObject copyOfGeometry(const MObject& geometry);
+
+/// The same of a handle's geometry in the space of `coordinateSystem` (steps.h): world takes the transformed
+/// form.
 MObject copyOfGeometry(MDataHandle& handle, short coordinateSystem);
 
 } // namespace vesk::nodes

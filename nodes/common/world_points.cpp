@@ -4,11 +4,8 @@
 
 #include <maya/MFloatVectorArray.h>
 #include <maya/MFnMesh.h>
-#include <maya/MFnMeshData.h>
 #include <maya/MFnNurbsCurve.h>
-#include <maya/MFnNurbsCurveData.h>
 #include <maya/MFnNurbsSurface.h>
-#include <maya/MFnNurbsSurfaceData.h>
 #include <maya/MFnVectorArrayData.h>
 
 namespace vesk::nodes {
@@ -75,27 +72,6 @@ WorldPoints worldPoints(MDataHandle& handle, const MPlug& input, bool withNormal
     default: break;
     }
     return read;
-}
-
-MObject worldCopy(const WorldPoints& world) {
-    MObject data;
-    if (world.geometry.isNull()) return data;
-    switch (world.kind) {
-    case MFnData::kMesh:
-        data = MFnMeshData().create();
-        MFnMesh().copy(world.geometry, data);
-        break;
-    case MFnData::kNurbsCurve:
-        data = MFnNurbsCurveData().create();
-        MFnNurbsCurve().copy(world.geometry, data);
-        break;
-    case MFnData::kNurbsSurface:
-        data = MFnNurbsSurfaceData().create();
-        MFnNurbsSurface().copy(world.geometry, data);
-        break;
-    default: break;
-    }
-    return data;
 }
 
 } // namespace vesk::nodes

@@ -39,8 +39,4 @@ struct WorldPoints {
 /// tessellation, which are made from what feeds `input`: vertex i stands for CV i.
 WorldPoints worldPoints(MDataHandle& handle, const MPlug& input, bool withNormals);
 
-/// New data with a copy of the geometry, in world space, for writing. Null for particles and without a
-/// geometry.
-MObject worldCopy(const WorldPoints& world);
-
 } // namespace vesk::nodes

@@ -1,5 +1,6 @@
 #include "nodes/multiAttributeTransfer/multiAttributeTransfer.h"
 
+#include "nodes/common/geometry_copy.h"
 #include "nodes/common/kernel_ramp.h"
 #include "nodes/common/steps.h"
 #include "nodes/multiAttributeTransfer/weights.h"
@@ -161,7 +162,7 @@ MStatus multiAttributeTransfer::compute(const MPlug& plug, MDataBlock& block) {
     if (world.isPeriodicSurface) warn(name, kPeriodic);
     writeWeights(*this, block, world, name);
     MDataHandle out = block.outputValue(outGeometry);
-    out.set(world.kind == MFnData::kVectorArray ? geometry.data() : worldCopy(world));
+    out.set(world.kind == MFnData::kVectorArray ? geometry.data() : copyOfGeometry(world.geometry));
     out.setClean();
     return MS::kSuccess;
 }

@@ -1,13 +1,11 @@
 #include "nodes/point/pointGeometry.h"
 
+#include "nodes/common/geometry_copy.h"
+
 #include <maya/MFloatVectorArray.h>
-#include <maya/MFnGeometryData.h>
 #include <maya/MFnMesh.h>
-#include <maya/MFnMeshData.h>
 #include <maya/MFnNurbsCurve.h>
-#include <maya/MFnNurbsCurveData.h>
 #include <maya/MFnNurbsSurface.h>
-#include <maya/MFnNurbsSurfaceData.h>
 #include <maya/MItMeshVertex.h>
 
 namespace vesk::nodes {
@@ -16,16 +14,6 @@ namespace {
 
 /// An empty name means the current set.
 const MString* setNamed(const MString& name) { return name.length() > 0 ? &name : nullptr; }
-
-template <class DataSet, class FunctionSet>
-MObject copyOf(const MObject& source) {
-    MObject data = DataSet().create();
-    MStatus status;
-    FunctionSet().copy(source, data, &status);
-    if (!status) return MObject::kNullObj;
-    MFnGeometryData(data).copyObjectGroups(source);
-    return data;
-}
 
 } // namespace
 
@@ -61,12 +49,8 @@ EditedGeometry::EditedGeometry(MDataHandle& handle, const MPlug& input, short co
 }
 
 void EditedGeometry::makeCopy() {
-    switch (object_.isNull() ? MFnData::kInvalid : type_) {
-    case MFnData::kMesh: object_ = copyOf<MFnMeshData, MFnMesh>(object_); break;
-    case MFnData::kNurbsCurve: object_ = copyOf<MFnNurbsCurveData, MFnNurbsCurve>(object_); break;
-    case MFnData::kNurbsSurface: object_ = copyOf<MFnNurbsSurfaceData, MFnNurbsSurface>(object_); break;
-    default: return;
-    }
+    if (object_.isNull()) return;
+    object_ = copyOfGeometry(object_);
     if (isMesh()) tessellation_ = object_;
 }
 
