@@ -165,7 +165,7 @@ inline Vec3 warpedCurlNoise(const float* tile, const Vec3& p, const Vec3 (&unwar
 }
 
 inline float smallestDifference(const float* field, const GridSize& res, std::size_t cell, int c, int axis) {
-    const std::ptrdiff_t strides[3] = {1, res[0], std::ptrdiff_t{res[0]} * res[1]};
+    const std::ptrdiff_t row = res[0], strides[3] = {1, row, row * res[1]};
     const float* f = field + cell;
     const auto n = static_cast<float>(res[axis]);
     const std::ptrdiff_t step = strides[axis];

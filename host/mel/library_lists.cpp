@@ -20,17 +20,20 @@ const Array& listAt(Arguments a, std::size_t index) {
 template <class Array>
 Array& listToChange(Arguments a, std::size_t index) {
     if (a[index]->isNone()) *a[index] = Array();
-    auto* array = a[index]->ifShared<Array>();
-    if (!array) cannotConvert(a[index]->type(), Value(Array()).type());
-    return array->write();
+    if (auto* array = a[index]->ifShared<Array>()) return array->write();
+    cannotConvert(a[index]->type(), Value(Array()).type());
 }
 
 template <class Array>
 const typename Array::value_type& itemAt(Arguments a, std::size_t index) {
     using Item = typename Array::value_type;
-    if constexpr (std::is_same_v<Item, int>) return *a[index]->ifInt();
-    if constexpr (std::is_same_v<Item, double>) return *a[index]->ifFloat();
-    if constexpr (std::is_same_v<Item, std::string>) return *a[index]->ifString();
+    if constexpr (std::is_same_v<Item, int>) {
+        return *a[index]->ifInt();
+    } else if constexpr (std::is_same_v<Item, double>) {
+        return *a[index]->ifFloat();
+    } else {
+        return *a[index]->ifString();
+    }
 }
 
 template <class Array>

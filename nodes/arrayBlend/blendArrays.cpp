@@ -85,9 +85,11 @@ BlendResult blendResult(const AnyElements& a, const AnyElements& b) {
     BlendResult result = BlendResult::kNone;
     visitBoth(a, b, [&]<class A, class B>(std::span<const A>, std::span<const B>) {
         using Element = typename Together<A, B>::Element;
-        result = kIsVector<Element>             ? BlendResult::kVectors
-                 : std::is_same_v<Element, int> ? BlendResult::kInts
-                                                : BlendResult::kDoubles;
+        if constexpr (kIsVector<Element>) {
+            result = BlendResult::kVectors;
+        } else {
+            result = std::is_same_v<Element, int> ? BlendResult::kInts : BlendResult::kDoubles;
+        }
     });
     return result;
 }

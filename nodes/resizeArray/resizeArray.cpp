@@ -7,6 +7,18 @@
 
 using namespace vesk::nodes;
 
+namespace {
+
+/// A new array is zero where nothing is copied to it.
+template <class Output, class T>
+void putResized(const MPxNode& node, MDataBlock& block, std::span<const T> from, std::size_t length) {
+    putArray<Output>(node, block, resizeArray::outArray, length, [&](std::span<T> out) {
+        std::copy_n(from.begin(), std::min(from.size(), out.size()), out.begin());
+    });
+}
+
+} // namespace
+
 MObject resizeArray::inArray;
 MObject resizeArray::outArray;
 MObject resizeArray::length;
@@ -28,18 +40,12 @@ MStatus resizeArray::compute(const MPlug& plug, MDataBlock& block) {
     if (nodeState(block) == kBlocking || plug != outArray) return MS::kSuccess;
     const auto wanted = static_cast<std::size_t>(std::max(block.inputValue(length).asInt(), 0));
     const InputArray input(block, inArray);
-    // A new array is zero where nothing is copied to it.
-    const auto put = [&]<class Output, class T>(std::type_identity<Output>, std::span<const T> from) {
-        putArray<Output>(*this, block, outArray, wanted, [&](std::span<T> out) {
-            std::copy_n(from.begin(), std::min(from.size(), out.size()), out.begin());
-        });
-    };
     if (const auto* ints = std::get_if<std::span<const int>>(&input.values())) {
-        put(std::type_identity<IntsOutput>(), *ints);
+        putResized<IntsOutput>(*this, block, *ints, wanted);
     } else if (const auto* doubles = std::get_if<std::span<const double>>(&input.values())) {
-        put(std::type_identity<DoublesOutput>(), *doubles);
+        putResized<DoublesOutput>(*this, block, *doubles, wanted);
     } else if (const auto* vectors = std::get_if<std::span<const MVector>>(&input.values())) {
-        put(std::type_identity<VectorsOutput>(), *vectors);
+        putResized<VectorsOutput>(*this, block, *vectors, wanted);
     }
     return MS::kSuccess;
 }

@@ -314,7 +314,7 @@ TEST(MItGeometry, OrderOfPoints) {
     const MObject surface(makeRef<NurbsSurfaceData>(*geom::makePlane(plane)).get());
     MItGeometry cvs(surface);
     EXPECT_EQ(cvs.count(), 6);
-    int us[6], vs[6];
+    int us[6] = {}, vs[6] = {};
     for (int i = 0; !cvs.isDone(); cvs.next(), ++i) {
         MObject item = cvs.currentItem();
         EXPECT_EQ(item.apiType(), MFn::kSurfaceCVComponent);
