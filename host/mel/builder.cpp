@@ -162,20 +162,47 @@ bool Builder::joinElement(Reg to, Reg array, Reg index) {
     return true;
 }
 
-/// `$i++` in front of `$i < $n`.
+/// `$i++` or `$i += $k` in front of `$i < $n` or `$i <= $n`.
 bool Builder::joinLoop(Op op, Reg a, Reg b) {
-    Instr* const last = lastOf(Op::StepInt);
-    const bool fits =
-        last && op == Op::JumpLessInt && last->a == a && last->b == a && isSmall(last->imm) && b != a;
-    if (!fits) return false;
-    *last = {Op::StepJumpLess, a, b, static_cast<Reg>(last->imm), 0};
+    if ((op != Op::JumpLessInt && op != Op::JumpLessEqualInt) || a == b) return false;
+    const bool less = op == Op::JumpLessInt;
+    if (Instr* const step = lastOf(Op::StepInt)) {
+        if (step->a != a || step->b != a || !isSmall(step->imm)) return false;
+        *step = {less ? Op::StepJumpLess : Op::StepJumpLessEqual, a, b, static_cast<Reg>(step->imm), 0};
+        return true;
+    }
+    if (Instr* const sum = lastOf(Op::AddInt)) {
+        if (sum->a != a || sum->b != a) return false;
+        *sum = {less ? Op::AddJumpLess : Op::AddJumpLessEqual, a, b, sum->c, 0};
+        return true;
+    }
+    return false;
+}
+
+/// `return $a + $b`: nobody reads the sum again.
+bool Builder::joinReturn(Reg reg) {
+    Instr* const last = lastOf(Op::AddInt);
+    if (!last || last->a != reg) return false;
+    *last = {Op::ReturnSum, last->b, static_cast<Reg>(Type::Int), last->c, 0};
     return true;
+}
+
+/// `f($i - 1)`: the step of an argument that nobody else needs. The argument is then that many above the
+/// register which comes back.
+std::optional<Builder::Stepped> Builder::takeStep(Reg reg) {
+    const Instr* const last = lastOf(Op::StepInt);
+    if (!last || last->a != reg) return std::nullopt;
+    const Stepped stepped{last->b, last->imm};
+    function_.code.pop_back();
+    function_.places.pop_back();
+    return stepped;
 }
 
 bool Builder::isReachable() const {
     if (function_.code.empty() || lastTarget_ == here()) return true;
     const Op last = function_.code.back().op;
-    return last != Op::Jump && last != Op::Return && last != Op::ReturnNumber && last != Op::ReturnNone;
+    return last != Op::Jump && last != Op::Return && last != Op::ReturnNumber && last != Op::ReturnSum &&
+           last != Op::ReturnNone;
 }
 
 void Builder::land(std::size_t jump, std::size_t target) {

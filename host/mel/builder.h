@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -55,10 +56,18 @@ class Builder {
     void land(std::size_t jump, std::size_t target);
     void landHere(const Jumps& jumps);
     void landAt(const Jumps& jumps, std::size_t target);
-    /// These do the work of a move, or of reading an element, in the instruction before where that is
-    /// possible.
+    /// These do the work of a move, of reading an element or of a return in the instruction before where that
+    /// is possible.
     bool joinMove(Reg to, Reg from);
     bool joinElement(Reg to, Reg array, Reg index);
+    bool joinReturn(Reg reg);
+    /// An int register and a number that is added to it.
+    struct Stepped {
+        Reg reg = 0;
+        std::int32_t by = 0;
+    };
+    /// Takes back the last instruction when all it does is such a step into `reg`.
+    std::optional<Stepped> takeStep(Reg reg);
     /// Whether the next instruction can be come to: not right after a return or jump, unless a jump lands
     /// here.
     bool isReachable() const;

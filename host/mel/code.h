@@ -67,6 +67,7 @@ struct Global {
 struct Argument {
     Type type = Type::None;
     Reg reg = 0;
+    std::int32_t step = 0;   ///< added to the int in the register
     bool isConstant = false; ///< then `constant` holds it
     Value constant;
 };
@@ -99,9 +100,12 @@ struct Link {
     const Instr* code = nullptr; ///< of the procedure
     const Handover::Move* moves = nullptr;
     std::uint32_t moveCount = 0;
-    std::uint32_t registers = 0; ///< of the procedure
-    bool hasRest = false;        ///< whether moves do not hand over everything
-    bool isPlain = false; ///< no rest, no objects, no constants: a frame and the moves are all there is
+    std::uint32_t registers = 0;  ///< of the procedure
+    Handover::Move onlyInt;       ///< with `step` all that is handed over, when `isOneInt`
+    std::int32_t step = 0;
+    bool isOneInt = false; ///< plain, and one int is handed over
+    bool isPlain = false;  ///< no rest, no objects, no constants: a frame and the moves are all there is
+    bool hasRest = false;  ///< whether moves do not hand over everything
 };
 
 /// One call of a procedure or command by name. The instruction says what becomes of the result.

@@ -113,6 +113,12 @@ Operand FunctionCompiler::callByName(const CallExpr& expr, const Want& want, Typ
             site.arguments.push_back(argumentOf(operand));
         }
     }
+    if (operands.size() == 1 && operands.front().type == Type::Int && operands.front().isTemporary()) {
+        if (const auto stepped = builder_.takeStep(operands.front().reg)) {
+            site.arguments.front().reg = stepped->reg;
+            site.arguments.front().step = stepped->by;
+        }
+    }
     builder_.setPlace(expr.at);
     Operand result;
     if (returns != Type::None) {

@@ -242,7 +242,7 @@ void FunctionCompiler::returnStatement(const ExprStmt& stmt) {
 void FunctionCompiler::returnValue(const Operand& value) {
     if (value.type == Type::None) {
         builder_.emit(Op::ReturnNone);
-    } else {
+    } else if (value.type != Type::Int || value.isConstant() || !builder_.joinReturn(value.reg)) {
         const bool isOneNumber = value.type == Type::Int || value.type == Type::Float;
         builder_.emit(isOneNumber ? Op::ReturnNumber : Op::Return, registerOf(value),
                       static_cast<Reg>(value.type));

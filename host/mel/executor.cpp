@@ -1,7 +1,5 @@
 #include "host/mel/executor.h"
 
-#include "host/mel/operators.h"
-
 #include <cmath>
 #include <limits>
 #include <new>
@@ -84,13 +82,14 @@ void Executor::recover(Error error, const Frame* below, std::size_t handlers) {
 }
 
 // Each instruction is a label, and ends with a jump to the next one's: so every kind of instruction has a
-// jump of its own, which the processor learns to foretell. `n` and `o` are the registers of the running
-// procedure. The macros keep the table readable: each line says what its instruction does.
+// jump of its own, which the processor learns to foretell. `o` are the registers of objects of the running
+// procedure; those of numbers lie right behind its frame. The macros keep the table readable: each line says what its instruction does.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpedantic"
-#define NA n[ip[-1].a]
-#define NB n[ip[-1].b]
-#define NC n[ip[-1].c]
+#define N(reg) frame->numbers()[reg]
+#define NA N(ip[-1].a)
+#define NB N(ip[-1].b)
+#define NC N(ip[-1].c)
 #define OA (*o[ip[-1].a].object)
 #define OB (*o[ip[-1].b].object)
 #define OC (*o[ip[-1].c].object)
@@ -113,12 +112,10 @@ Value Executor::loop(const Frame* below) {
     };
     Frame* frame = nullptr;
     const Instr* ip = nullptr;
-    Num* n = nullptr;
     Num* o = nullptr;
     const auto resume = [&] {
         frame = top_;
         ip = frame->ip;
-        n = frame->numbers();
         o = frame->objects;
     };
     const auto global = [&]() -> Num* {
@@ -134,7 +131,7 @@ Value Executor::loop(const Frame* below) {
         ON(TakeObject, OA = std::move(OB));
         ON(AssignMatrix, assignMatrix(OA, OB));
         ON(ZeroObject, OA = Value::zero(static_cast<Type>(ip[-1].b)));
-        ON(MakeVector, put(&NA, {NB.f, NC.f, n[ip[-1].imm].f}));
+        ON(MakeVector, put(&NA, {NB.f, NC.f, N(ip[-1].imm).f}));
         ON(SplatVector, put(&NA, {NB.f, NB.f, NB.f}));
 
         ON(IntToFloat, NA.f = NB.whole());
@@ -198,6 +195,9 @@ Value Executor::loop(const Frame* below) {
 
         JUMP(Jump, true);
         JUMP(StepJumpLess, (NA.i = addInts(NA.whole(), smallOf(ip[-1].c))) < NB.i);
+        JUMP(StepJumpLessEqual, (NA.i = addInts(NA.whole(), smallOf(ip[-1].c))) <= NB.i);
+        JUMP(AddJumpLess, (NA.i = addInts(NA.whole(), NC.whole())) < NB.i);
+        JUMP(AddJumpLessEqual, (NA.i = addInts(NA.whole(), NC.whole())) <= NB.i);
         JUMP(JumpIf, NA.i != 0);
         JUMP(JumpUnless, NA.i == 0);
         JUMP(JumpLessInt, NA.i < NB.i);
@@ -218,7 +218,7 @@ Value Executor::loop(const Frame* below) {
 
         ON(GetInt, NA.i = elementIn<IntArray>(OB, NC.i));
         ON(GetFloat, NA.f = elementIn<FloatArray>(OB, NC.i));
-        ON(GetFloatTwice, NA.f = n[ip[-1].imm].f = elementIn<FloatArray>(OB, NC.i));
+        ON(GetFloatTwice, NA.f = N(ip[-1].imm).f = elementIn<FloatArray>(OB, NC.i));
         ON(GetFloatAt, NA.f = elementIn<FloatArray>(OB, elementIn<IntArray>(*o[ip[-1].imm].object, NC.i)));
         ON(GetVector, put(&NA, elementIn<VectorArray>(OB, NC.i)));
         ON(GetText, *OA.ifString() = elementIn<StringArray>(OB, NC.i));
@@ -230,8 +230,8 @@ Value Executor::loop(const Frame* below) {
         ON(SetAny, setElementOfAny(OA, NB.whole(), OC));
         ON(SizeOf, NA.i = static_cast<int>(OB.arraySize()));
         ON(MakeMatrix, OA = Matrix(ip[-1].b, ip[-1].c));
-        ON(GetMatrix, NA.f = matrixElement(OB, NC.whole(), n[ip[-1].imm].whole()));
-        ON(SetMatrix, setMatrixElement(OA, NB.whole(), NC.whole(), n[ip[-1].imm].f));
+        ON(GetMatrix, NA.f = matrixElement(OB, NC.whole(), N(ip[-1].imm).whole()));
+        ON(SetMatrix, setMatrixElement(OA, NB.whole(), NC.whole(), N(ip[-1].imm).f));
 
         ON(LoadNumber, NA = *global());
         ON(LoadVector, put(&NA, vectorAt(global())));
@@ -242,27 +242,36 @@ Value Executor::loop(const Frame* below) {
         frame->ip = ip;
         const auto index = static_cast<std::size_t>(ip[-1].imm);
         const Link& link = frame->function->links[index];
-        if (link.stamp == surroundings_.stamp()) [[likely]] {
-            frame = link.isPlain ? &callPlain(link, *frame) : &callProcedure(link);
-            ip = link.code;
-            n = frame->numbers();
-            o = frame->objects;
-        } else {
+        if (link.stamp != surroundings_.stamp()) [[unlikely]] {
             callOther(index);
             resume();
+            NEXT;
         }
+        if (link.isOneInt) [[likely]] {
+            frame = &callOneInt(link, *frame);
+            ip = link.code;
+                NEXT;
+        }
+        frame = link.isPlain ? &callPlain(link, *frame) : &callProcedure(link);
+        ip = link.code;
+        o = frame->objects;
         NEXT;
     }
         ON(CallNumbers,
            frame->function->numberCalls[static_cast<std::size_t>(ip[-1].imm)](library_, &NB, &NA));
         ON(CallValues, callLibrary(frame->function->libraryCalls[static_cast<std::size_t>(ip[-1].imm)]));
+    at_ReturnSum:
+        NA.i = addInts(NA.whole(), NC.whole());
     at_ReturnNumber : {
         Frame* const caller = frame->caller;
         // The number goes right to where the caller wants it, unless it has to be converted.
         if (caller != below && caller->ip[-1].b == ip[-1].b) [[likely]] {
-            caller->numbers()[caller->ip[-1].a] = NA;
-            leave();
-            resume();
+            const Num number = NA;
+            leave(*frame);
+            frame = caller;
+            ip = caller->ip;
+            o = caller->objects;
+            NA = number;
             NEXT;
         }
     }

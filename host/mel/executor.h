@@ -5,6 +5,7 @@
 #include "host/mel/frame_stack.h"
 #include "host/mel/interpreter.h"
 #include "host/mel/library.h"
+#include "host/mel/operators.h"
 
 #include <cstdint>
 #include <cstring>
@@ -59,12 +60,12 @@ class Executor {
     /// Lies in the stack of registers, right in front of its own: first those of numbers, then those of
     /// objects.
     struct Frame {
-        Frame* caller = nullptr;   ///< the frame below, also of another run
-        const Instr* ip = nullptr; ///< the next instruction, unless this is the running frame
-        Function* function = nullptr;
-        Num* objects = nullptr;
-        Value* owned = nullptr; ///< what registers of objects hold; null when there are none
-        std::size_t depth = 0;  ///< frames up to this one
+        Frame* caller;   ///< the frame below, also of another run
+        const Instr* ip; ///< the next instruction, unless this is the running frame
+        Function* function;
+        Num* objects;      ///< of no meaning when there are none
+        Value* owned;      ///< what registers of objects hold; null when there are none
+        std::size_t depth; ///< frames up to this one
 
         Num* numbers() { return reinterpret_cast<Num*>(this + 1); }
         const Num* numbers() const { return reinterpret_cast<const Num*>(this + 1); }
@@ -82,13 +83,15 @@ class Executor {
     Value loop(const Frame* below);
     void recover(Error error, const Frame* below, std::size_t handlers);
     void countStep() {
-        if (--stepsLeft_ == 0) takeSteps();
+        if (--stepsLeft_ == 0) [[unlikely]]
+            takeSteps();
     }
     void takeSteps();
 
     // executor_calls.cpp
     Frame& enter(Function& function);
     void leave();
+    void leave(Frame& frame);
     void startObjects(Frame& frame);
     void endObjects(Frame& frame);
     Place placeOf(const Frame& frame) const;
@@ -96,7 +99,9 @@ class Executor {
     static Value valueOf(const Argument& argument, const Frame& frame);
     static void deliver(Value value, Type type, Reg reg, Frame& frame);
     Frame& callProcedure(const Link& link);
+    Frame& enterPlain(const Link& link, Frame& caller);
     Frame& callPlain(const Link& link, Frame& caller);
+    Frame& callOneInt(const Link& link, Frame& caller);
     void callOther(std::size_t call);
     static Link linkOf(CallSite& site, std::uint64_t stamp);
     void handOverRest();
@@ -150,12 +155,8 @@ class Executor {
     countStep();
     Num* const memory = registers_.take(kFrameHead + function.registers);
     Num* const numbers = memory + kFrameHead;
-    Frame& frame = *new (memory) Frame;
-    frame.caller = caller;
-    frame.ip = function.code.data();
-    frame.function = &function;
-    frame.objects = numbers + function.numbers.size();
-    frame.depth = depth + 1;
+    Num* const objects = numbers + function.numbers.size();
+    Frame& frame = *new (memory) Frame{caller, function.code.data(), &function, objects, nullptr, depth + 1};
     for (std::size_t i = function.firstSet; i < function.numbers.size(); ++i)
         numbers[i] = function.numbers[i];
     top_ = &frame;
@@ -163,12 +164,15 @@ class Executor {
     return frame;
 }
 
-[[gnu::always_inline]] inline void Executor::leave() {
-    Frame& frame = *top_;
-    if (frame.owned) endObjects(frame);
+/// The running one, `top_`, that the caller has at hand.
+[[gnu::always_inline]] inline void Executor::leave(Frame& frame) {
+    if (frame.owned) [[unlikely]]
+        endObjects(frame);
     top_ = frame.caller;
     registers_.release(reinterpret_cast<Num*>(&frame));
 }
+
+inline void Executor::leave() { leave(*top_); }
 
 /// Makes the procedure that the running one calls the running one; its return delivers the result.
 [[gnu::noinline]] inline Executor::Frame& Executor::callProcedure(const Link& link) {
@@ -182,18 +186,30 @@ class Executor {
     return frame;
 }
 
-/// The same when there is nothing to set up: as short as can be, for the sake of recursion.
-[[gnu::always_inline]] inline Executor::Frame& Executor::callPlain(const Link& link, Frame& caller) {
+/// The frame of a procedure that starts without anything set up: as short as can be, for the sake of recursion.
+[[gnu::always_inline]] inline Executor::Frame& Executor::enterPlain(const Link& link, Frame& caller) {
     const std::size_t depth = caller.depth;
     if (depth >= limits_.recursion) [[unlikely]]
         limitReached(limits_, &Limits::recursion);
     countStep();
     Frame& frame = *new (registers_.take(kFrameHead + link.registers)) Frame;
     frame.caller = &caller;
-    frame.ip = link.code;
     frame.function = link.procedure;
+    frame.owned = nullptr;
     frame.depth = depth + 1;
     top_ = &frame;
+    return frame;
+}
+
+[[gnu::always_inline]] inline Executor::Frame& Executor::callOneInt(const Link& link, Frame& caller) {
+    Frame& frame = enterPlain(link, caller);
+    const int argument = caller.numbers()[link.onlyInt.from].whole();
+    frame.numbers()[link.onlyInt.to].i = addInts(argument, link.step);
+    return frame;
+}
+
+[[gnu::always_inline]] inline Executor::Frame& Executor::callPlain(const Link& link, Frame& caller) {
+    Frame& frame = enterPlain(link, caller);
     const Num* const from = caller.numbers();
     Num* const to = frame.numbers();
     const Handover::Move* move = link.moves;

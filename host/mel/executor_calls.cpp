@@ -58,6 +58,7 @@ Value Executor::boxed(Type type, Reg reg, const Frame& frame) {
 
 Value Executor::valueOf(const Argument& argument, const Frame& frame) {
     if (argument.isConstant) return argument.constant;
+    if (argument.step != 0) return addInts(frame.numbers()[argument.reg].whole(), argument.step);
     return boxed(argument.type, argument.reg, frame);
 }
 
@@ -113,6 +114,10 @@ Link Executor::linkOf(CallSite& site, std::uint64_t stamp) {
     checkCount(function, site.arguments.size() + site.constants.size());
     Handover& handover = site.handover;
     handover = {};
+    const bool isBare = function.objects.empty() && function.firstSet == function.numbers.size();
+    const bool isOneInt = isBare && site.arguments.size() == 1 && !site.arguments.front().isConstant &&
+                          site.arguments.front().type == Type::Int &&
+                          function.parameters.front().type == Type::Int;
     for (std::size_t i = 0; i < function.parameters.size(); ++i) {
         const Parameter& parameter = function.parameters[i];
         const Argument* const argument = site.arguments.empty() ? nullptr : &site.arguments[i];
@@ -122,7 +127,8 @@ Link Executor::linkOf(CallSite& site, std::uint64_t stamp) {
             handover.presets.push_back({parameter.reg, Num{.i = constant.asInt()}});
         } else if (isConstant && parameter.type == Type::Float && constant.isNumber()) {
             handover.presets.push_back({parameter.reg, Num{.f = constant.asFloat()}});
-        } else if (!isConstant && isNumeric(parameter.type) && parameter.type == argument->type) {
+        } else if (!isConstant && isNumeric(parameter.type) && parameter.type == argument->type &&
+                   (argument->step == 0 || isOneInt)) {
             const Reg width = parameter.type == Type::Vector ? 3 : 1;
             for (Reg k = 0; k < width; ++k) {
                 handover.moves.push_back(
@@ -140,7 +146,12 @@ Link Executor::linkOf(CallSite& site, std::uint64_t stamp) {
     link.moveCount = static_cast<std::uint32_t>(handover.moves.size());
     link.registers = static_cast<std::uint32_t>(function.registers);
     link.hasRest = !handover.presets.empty() || !handover.others.empty();
-    link.isPlain = !link.hasRest && function.objects.empty() && function.firstSet == function.numbers.size();
+    link.isPlain = isBare && !link.hasRest;
+    link.isOneInt = isOneInt;
+    if (isOneInt) {
+        link.onlyInt = handover.moves.front();
+        link.step = site.arguments.front().step;
+    }
     return link;
 }
 

@@ -69,7 +69,8 @@
     X(Not)           /* na = int nb is 0 */ \
     /* Jumps. */ \
     X(Jump) \
-    X(StepJumpLess)  /* na = na + c; jumps while that is less than the int nb */ \
+    X(StepJumpLess) X(StepJumpLessEqual) /* na = na + the number c; jumps while that is op the int nb */ \
+    X(AddJumpLess) X(AddJumpLessEqual)   /* na = na + nc; jumps while that is op the int nb */ \
     X(JumpIf)        /* int na is not 0 */ \
     X(JumpUnless)    /* int na is 0 */ \
     X(JumpLessInt) X(JumpLessEqualInt) X(JumpEqualInt) X(JumpNotEqualInt)  /* na op nb */ \
@@ -98,6 +99,7 @@
     X(CallNumbers)   /* na = library function imm of the numbers from nb on */ \
     X(CallValues)    /* library call site imm */ \
     X(ReturnNumber)  /* the int or float na, its type is b */ \
+    X(ReturnSum)     /* the int na + nc, its type is b; na may change */ \
     X(Return)        /* the register a, its type is b */ \
     X(ReturnNone) \
     X(Define)        /* procedure imm of the unit */ \
