@@ -94,16 +94,16 @@ struct Handover {
 };
 
 /// A call of a procedure made ready: what every such call needs, close together.
-struct Link {
+struct alignas(64) Link {
     std::uint64_t stamp = 0; ///< the interpreter's while the name means this procedure, else another
     Function* procedure = nullptr;
     const Instr* code = nullptr; ///< of the procedure
     const Handover::Move* moves = nullptr;
     std::uint32_t moveCount = 0;
-    std::uint32_t registers = 0;  ///< of the procedure
-    Handover::Move onlyInt;       ///< with `step` all that is handed over, when `isOneInt`
+    std::uint32_t frameSize = 0; ///< of the procedure, in registers
     std::int32_t step = 0;
-    bool isOneInt = false; ///< plain, and one int is handed over
+    Reg from = 0;
+    bool isOneInt = false; ///< plain, and the int `from` with `step` added becomes register 0
     bool isPlain = false;  ///< no rest, no objects, no constants: a frame and the moves are all there is
     bool hasRest = false;  ///< whether moves do not hand over everything
 };

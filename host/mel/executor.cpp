@@ -83,7 +83,8 @@ void Executor::recover(Error error, const Frame* below, std::size_t handlers) {
 
 // Each instruction is a label, and ends with a jump to the next one's: so every kind of instruction has a
 // jump of its own, which the processor learns to foretell. `o` are the registers of objects of the running
-// procedure; those of numbers lie right behind its frame. The macros keep the table readable: each line says what its instruction does.
+// procedure; those of numbers lie right behind its frame. The macros keep the table readable: each line says
+// what its instruction does.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpedantic"
 #define N(reg) frame->numbers()[reg]
@@ -250,7 +251,7 @@ Value Executor::loop(const Frame* below) {
         if (link.isOneInt) [[likely]] {
             frame = &callOneInt(link, *frame);
             ip = link.code;
-                NEXT;
+            NEXT;
         }
         frame = link.isPlain ? &callPlain(link, *frame) : &callProcedure(link);
         ip = link.code;
@@ -265,13 +266,13 @@ Value Executor::loop(const Frame* below) {
     at_ReturnNumber : {
         Frame* const caller = frame->caller;
         // The number goes right to where the caller wants it, unless it has to be converted.
-        if (caller != below && caller->ip[-1].b == ip[-1].b) [[likely]] {
-            const Num number = NA;
+        if (caller == below) goto at_Return;
+        if (const Instr* const next = caller->ip; next[-1].b == ip[-1].b) [[likely]] {
+            caller->numbers()[next[-1].a] = NA;
             leave(*frame);
             frame = caller;
-            ip = caller->ip;
-            o = caller->objects;
-            NA = number;
+            ip = next;
+            o = frame->objects;
             NEXT;
         }
     }

@@ -63,9 +63,8 @@ class Executor {
         Frame* caller;   ///< the frame below, also of another run
         const Instr* ip; ///< the next instruction, unless this is the running frame
         Function* function;
-        Num* objects;      ///< of no meaning when there are none
-        Value* owned;      ///< what registers of objects hold; null when there are none
-        std::size_t depth; ///< frames up to this one
+        Num* objects;
+        Value* owned; ///< what registers of objects hold; null when there are none
 
         Num* numbers() { return reinterpret_cast<Num*>(this + 1); }
         const Num* numbers() const { return reinterpret_cast<const Num*>(this + 1); }
@@ -86,7 +85,13 @@ class Executor {
         if (--stepsLeft_ == 0) [[unlikely]]
             takeSteps();
     }
-    void takeSteps();
+    /// Before a frame more, which is a step too.
+    void checkFrame() {
+        if (framesLeft_ == 0) [[unlikely]]
+            limitReached(limits_, &Limits::recursion);
+        countStep();
+    }
+    [[gnu::noinline]] void takeSteps();
 
     // executor_calls.cpp
     Frame& enter(Function& function);
@@ -141,6 +146,7 @@ class Executor {
     std::vector<Handler> handlers_;
     FrameStack<Num> registers_;
     FrameStack<Value> values_;
+    std::size_t framesLeft_ = 0;   ///< that the limit of recursion leaves
     std::size_t stepsLeft_ = 0;    ///< until `takeSteps` looks at what there is
     std::size_t stepsInStock_ = 0; ///< that the limit leaves beyond those
 };
@@ -149,16 +155,15 @@ class Executor {
 
 [[gnu::always_inline]] inline Executor::Frame& Executor::enter(Function& function) {
     Frame* const caller = top_;
-    const std::size_t depth = caller ? caller->depth : 0;
-    if (depth >= limits_.recursion) [[unlikely]]
-        limitReached(limits_, &Limits::recursion);
-    countStep();
+    if (!caller) framesLeft_ = limits_.recursion;
+    checkFrame();
     Num* const memory = registers_.take(kFrameHead + function.registers);
     Num* const numbers = memory + kFrameHead;
     Num* const objects = numbers + function.numbers.size();
-    Frame& frame = *new (memory) Frame{caller, function.code.data(), &function, objects, nullptr, depth + 1};
+    Frame& frame = *new (memory) Frame{caller, function.code.data(), &function, objects, nullptr};
     for (std::size_t i = function.firstSet; i < function.numbers.size(); ++i)
         numbers[i] = function.numbers[i];
+    --framesLeft_;
     top_ = &frame;
     if (!function.objects.empty()) startObjects(frame);
     return frame;
@@ -168,43 +173,28 @@ class Executor {
 [[gnu::always_inline]] inline void Executor::leave(Frame& frame) {
     if (frame.owned) [[unlikely]]
         endObjects(frame);
+    ++framesLeft_;
     top_ = frame.caller;
     registers_.release(reinterpret_cast<Num*>(&frame));
 }
 
 inline void Executor::leave() { leave(*top_); }
 
-/// Makes the procedure that the running one calls the running one; its return delivers the result.
-[[gnu::noinline]] inline Executor::Frame& Executor::callProcedure(const Link& link) {
-    const Num* const from = top_->numbers();
-    Frame& frame = enter(*link.procedure);
-    Num* const to = frame.numbers();
-    const Handover::Move* move = link.moves;
-    for (std::uint32_t i = 0; i < link.moveCount; ++i, ++move)
-        to[move->to] = from[move->from];
-    if (link.hasRest) handOverRest();
-    return frame;
-}
-
-/// The frame of a procedure that starts without anything set up: as short as can be, for the sake of recursion.
+/// The frame of a procedure that starts without anything set up: as short as can be, for the sake of
+/// recursion.
 [[gnu::always_inline]] inline Executor::Frame& Executor::enterPlain(const Link& link, Frame& caller) {
-    const std::size_t depth = caller.depth;
-    if (depth >= limits_.recursion) [[unlikely]]
-        limitReached(limits_, &Limits::recursion);
-    countStep();
-    Frame& frame = *new (registers_.take(kFrameHead + link.registers)) Frame;
-    frame.caller = &caller;
-    frame.function = link.procedure;
-    frame.owned = nullptr;
-    frame.depth = depth + 1;
+    checkFrame();
+    Num* const memory = registers_.take(link.frameSize);
+    Frame& frame = *new (memory) Frame{&caller, link.code, link.procedure, nullptr, nullptr};
+    --framesLeft_;
     top_ = &frame;
     return frame;
 }
 
+/// Makes the procedure that the running one calls the running one; its return delivers the result.
 [[gnu::always_inline]] inline Executor::Frame& Executor::callOneInt(const Link& link, Frame& caller) {
     Frame& frame = enterPlain(link, caller);
-    const int argument = caller.numbers()[link.onlyInt.from].whole();
-    frame.numbers()[link.onlyInt.to].i = addInts(argument, link.step);
+    frame.numbers()[0].i = addInts(caller.numbers()[link.from].whole(), link.step);
     return frame;
 }
 
@@ -215,6 +205,19 @@ inline void Executor::leave() { leave(*top_); }
     const Handover::Move* move = link.moves;
     for (std::uint32_t i = 0; i < link.moveCount; ++i, ++move)
         to[move->to] = from[move->from];
+    return frame;
+}
+
+/// The same for every procedure.
+[[gnu::noinline]] inline Executor::Frame& Executor::callProcedure(const Link& link) {
+    if (link.isOneInt) return callOneInt(link, *top_);
+    const Num* const from = top_->numbers();
+    Frame& frame = enter(*link.procedure);
+    Num* const to = frame.numbers();
+    const Handover::Move* move = link.moves;
+    for (std::uint32_t i = 0; i < link.moveCount; ++i, ++move)
+        to[move->to] = from[move->from];
+    if (link.hasRest) handOverRest();
     return frame;
 }
 

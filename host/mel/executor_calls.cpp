@@ -117,8 +117,9 @@ Link Executor::linkOf(CallSite& site, std::uint64_t stamp) {
     const bool isBare = function.objects.empty() && function.firstSet == function.numbers.size();
     const bool isOneInt = isBare && site.arguments.size() == 1 && !site.arguments.front().isConstant &&
                           site.arguments.front().type == Type::Int &&
-                          function.parameters.front().type == Type::Int;
-    for (std::size_t i = 0; i < function.parameters.size(); ++i) {
+                          function.parameters.front().type == Type::Int &&
+                          function.parameters.front().reg == 0;
+    for (std::size_t i = isOneInt ? 1 : 0; i < function.parameters.size(); ++i) {
         const Parameter& parameter = function.parameters[i];
         const Argument* const argument = site.arguments.empty() ? nullptr : &site.arguments[i];
         const bool isConstant = !argument || argument->isConstant;
@@ -128,7 +129,7 @@ Link Executor::linkOf(CallSite& site, std::uint64_t stamp) {
         } else if (isConstant && parameter.type == Type::Float && constant.isNumber()) {
             handover.presets.push_back({parameter.reg, Num{.f = constant.asFloat()}});
         } else if (!isConstant && isNumeric(parameter.type) && parameter.type == argument->type &&
-                   (argument->step == 0 || isOneInt)) {
+                   argument->step == 0) {
             const Reg width = parameter.type == Type::Vector ? 3 : 1;
             for (Reg k = 0; k < width; ++k) {
                 handover.moves.push_back(
@@ -144,12 +145,12 @@ Link Executor::linkOf(CallSite& site, std::uint64_t stamp) {
     link.code = function.code.data();
     link.moves = handover.moves.data();
     link.moveCount = static_cast<std::uint32_t>(handover.moves.size());
-    link.registers = static_cast<std::uint32_t>(function.registers);
+    link.frameSize = static_cast<std::uint32_t>(kFrameHead + function.registers);
     link.hasRest = !handover.presets.empty() || !handover.others.empty();
     link.isPlain = isBare && !link.hasRest;
     link.isOneInt = isOneInt;
     if (isOneInt) {
-        link.onlyInt = handover.moves.front();
+        link.from = site.arguments.front().reg;
         link.step = site.arguments.front().step;
     }
     return link;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -21,7 +22,8 @@ class FrameStack {
 
     /// Items as they were left by whoever had them before.
     Item* take(std::size_t count) {
-        if (static_cast<std::size_t>(end_ - top_) < count) [[unlikely]]
+        // As addresses: a pointer past the block would be undefined, a difference takes longer.
+        if (address(top_) + count * sizeof(Item) > address(end_)) [[unlikely]]
             nextBlock(count);
         Item* const items = top_;
         top_ += count;
@@ -43,6 +45,8 @@ class FrameStack {
         std::size_t size = 0;
         Item* top = nullptr; ///< while a later block is in use
     };
+
+    static std::uintptr_t address(const Item* item) { return reinterpret_cast<std::uintptr_t>(item); }
 
     void addBlock(std::size_t size) { blocks_.push_back({std::make_unique<Item[]>(size), size, nullptr}); }
 
