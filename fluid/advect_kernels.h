@@ -31,7 +31,6 @@ struct Sampler {
             high[axis] = line ? static_cast<float>(res[axis] - 1.5) : 0.0F;
             step[axis] = line ? strides[axis] : 0;
         }
-        lastRun = slab * res[2] - step[0] - step[1] - step[2] - W;
     }
 
     [[gnu::always_inline]] Located<W> locate(Floats<W> x, Floats<W> y, Floats<W> z) const {
@@ -46,17 +45,21 @@ struct Sampler {
     [[gnu::always_inline]] Corners<W> corners(const float* field, const Ints<W>& cell) const {
         // Neighbouring cells mostly come from neighbouring places: from a few runs of them at least.
         const Ints<W> inStep = cell - laneNumbers<W>();
-        const Ints<W> firstRun = inStep == inStep[0];
-        unsigned missing = allLanes<W> & ~laneBits<W>(firstRun);
-        if (missing == 0) return run(field + inStep[0]);
+        unsigned missing = laneBits<W>(inStep != inStep[0]);
+        if (missing == 0) [[likely]]
+            return run(field + inStep[0]);
+        if constexpr (!hasMaskedLoads<W>) return scattered(field, cell);
         alignas(W * 4) std::int32_t starts[W];
         std::memcpy(starts, &inStep, sizeof starts);
-        const int second = starts[__builtin_ctz(missing)];
-        const Ints<W> secondRun = inStep == second;
-        missing &= ~laneBits<W>(secondRun);
-        if (W > 4 && missing == 0 && isInside(starts[0]) && isInside(second))
-            return merged(run(field + starts[0]), secondRun, run(field + second));
-        return scattered(field, cell);
+        Corners<W> corners{};
+        addRun(corners, field + starts[0], inStep == starts[0]);
+        while (missing != 0) {
+            const int start = starts[__builtin_ctz(missing)];
+            const Ints<W> lanes = inStep == start;
+            addRun(corners, field + start, lanes);
+            missing &= ~laneBits<W>(lanes);
+        }
+        return corners;
     }
 
     /// The corners of W cells in a row.
@@ -71,17 +74,16 @@ struct Sampler {
         return corners;
     }
 
-    /// Whether a run of W cells from `cell` on may be read.
-    [[gnu::always_inline]] bool isInside(int cell) const { return cell >= 0 && cell <= lastRun; }
-
-    [[gnu::always_inline]] static Corners<W> merged(Corners<W> corners, const Ints<W>& mask,
-                                                    const Corners<W>& other) {
-        for (int i = 0; i < 4; ++i) {
-            LanePair<W>& pair = corners.row[i >> 1][i & 1];
-            const LanePair<W>& from = other.row[i >> 1][i & 1];
-            pair = {mask ? from.first : pair.first, mask ? from.second : pair.second};
+    /// Those lanes of the corners that belong to the run.
+    [[gnu::always_inline]] void addRun(Corners<W>& corners, const float* from, const Ints<W>& lanes) const {
+        for (int z = 0; z < 2; ++z) {
+            for (int y = 0; y < 2; ++y) {
+                const float* row = from + y * step[1] + z * step[2];
+                LanePair<W>& pair = corners.row[z][y];
+                pair = {loadWhere<W>(lanes, row, pair.first),
+                        loadWhere<W>(lanes, row + step[0], pair.second)};
+            }
         }
-        return corners;
     }
 
     [[gnu::always_inline]] Corners<W> scattered(const float* field, const Ints<W>& cell) const {
@@ -107,7 +109,6 @@ struct Sampler {
     int xRes, slab;
     float low[3], high[3];
     int step[3]; ///< to the next cell along each axis
-    int lastRun; ///< the last cell from which a run may be read
 };
 
 /// Blends along y, then z, then x.
@@ -216,8 +217,8 @@ float forwardRow(const Flow& flow, const ForwardRow& row) {
 /// Lanes whose coordinate lies outside [1, last] on the way forward or back.
 template <int W>
 [[gnu::always_inline]] inline Ints<W> leaves(const Floats<W>& cell, const Floats<W>& moved, float last) {
-    const Floats<W> forward = cell + moved, back = cell - moved;
-    return (forward < 1.0F) | (forward > last) | (back < 1.0F) | (back > last);
+    const Floats<W> far = magnitude<W>(moved);
+    return (cell - far < 1.0F) | (cell + far > last);
 }
 
 template <int W, bool limit>

@@ -134,7 +134,7 @@ class MacCormack {
         }
     }
 
-    const Kernels& kernels_ = kernels();
+    const AdvectionKernels& kernels_ = kernels().advection;
     Flow flow_;
     int xRes_, yRes_, zRes_;
     const float* oldField_;
@@ -186,7 +186,7 @@ void zeroBorder(float* field, const GridSize& res, int axis) {
 void FLUID_3D::advectSemiLagrange(float dt, const float* velX, const float* velY, const float* velZ,
                                   const float* oldField, float* newField, const GridSize& res) {
     if (cellCount(res) == 0) return;
-    const Kernels& kernels = fluid::kernels();
+    const AdvectionKernels& kernels = fluid::kernels().advection;
     const Flow flow{velX, velY, velZ, res, dt};
     const Tiles tiles(res[1], 0, res[2]);
 #pragma omp parallel for schedule(dynamic) num_threads(threadsFor(cellCount(res)))

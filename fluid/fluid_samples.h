@@ -82,7 +82,7 @@ std::size_t differences(const A& a, const B& b) {
 template <class Do>
 void onEveryPath(Do&& run) {
     const int before = omp_get_max_threads();
-    const std::pair<int, int> lanesAndThreads[] = {{4, 1}, {8, 1}, {8, 3}, {4, 8}};
+    const std::pair<int, int> lanesAndThreads[] = {{4, 1}, {8, 1}, {16, 1}, {16, 3}, {8, 3}, {4, 8}};
     for (const auto& [lanes, threads] : lanesAndThreads) {
         if (!forceLanes(lanes)) continue;
         omp_set_num_threads(threads);

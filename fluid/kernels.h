@@ -77,11 +77,15 @@ struct WarpRow {
     float* const* unwarped;
 };
 
-struct Kernels {
-    int lanes;
+struct AdvectionKernels {
     /// The largest z to which the opposite step would reach from the row.
     float (*forward)(const Flow& flow, const ForwardRow& row);
     void (*backward)(const Flow& flow, const BackwardRow& row);
+};
+
+struct Kernels {
+    int lanes; ///< of advection; of the others at most eight, as they wait for values from all over the tile
+    AdvectionKernels advection;
     /// The largest squared velocity.
     float (*synthesize)(const SynthesisRow& row);
     void (*measureWarp)(const WarpRow& row);
@@ -89,7 +93,7 @@ struct Kernels {
 
 /// The widest that this processor has, or what was last forced.
 const Kernels& kernels();
-/// 4, 8, or 0 for the widest again; false, and nothing changes, if this processor has no such vectors.
+/// 4, 8, 16, or 0 for the widest again; false, and nothing changes, if this processor has no such vectors.
 /// Results do not depend on it. For tests and benchmarks, while nothing else runs.
 bool forceLanes(int lanes);
 

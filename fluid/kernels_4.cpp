@@ -7,6 +7,6 @@
 namespace vesk::fluid {
 
 extern const Kernels kernels4;
-const Kernels kernels4 = {4, forwardRow<4>, backwardRow<4>, synthesizeRow<4>, measureWarpRow<4>};
+const Kernels kernels4 = {4, {forwardRow<4>, backwardRow<4>}, synthesizeRow<4>, measureWarpRow<4>};
 
 } // namespace vesk::fluid

@@ -8,6 +8,6 @@
 namespace vesk::fluid {
 
 extern const Kernels kernels8;
-const Kernels kernels8 = {8, forwardRow<8>, backwardRow<8>, synthesizeRow<8>, measureWarpRow<8>};
+const Kernels kernels8 = {8, {forwardRow<8>, backwardRow<8>}, synthesizeRow<8>, measureWarpRow<8>};
 
 } // namespace vesk::fluid

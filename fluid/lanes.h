@@ -35,10 +35,19 @@ template <int W>
     std::memcpy(to, &value, sizeof value);
 }
 
+#if defined(__AVX512F__)
+[[gnu::always_inline]] inline __mmask16 firstLanes(int count) {
+    return static_cast<__mmask16>((1U << count) - 1);
+}
+#endif
+
 /// The first `count` lanes; the others 0.
 template <int W>
 [[gnu::always_inline]] inline Floats<W> loadSome(const float* from, int count) {
     if (count >= W) return loadLanes<W>(from);
+#if defined(__AVX512F__)
+    if constexpr (W == 16) return reinterpret_cast<Floats<W>>(_mm512_maskz_loadu_ps(firstLanes(count), from));
+#endif
     Floats<W> value{};
     std::memcpy(&value, from, static_cast<std::size_t>(count) * sizeof(float));
     return value;
@@ -46,10 +55,12 @@ template <int W>
 
 template <int W>
 [[gnu::always_inline]] inline void storeSome(float* to, Floats<W> value, int count) {
-    if (count >= W)
-        storeLanes<W>(to, value);
-    else
-        std::memcpy(to, &value, static_cast<std::size_t>(count) * sizeof(float));
+    if (count >= W) return storeLanes<W>(to, value);
+#if defined(__AVX512F__)
+    if constexpr (W == 16)
+        return _mm512_mask_storeu_ps(to, firstLanes(count), reinterpret_cast<__m512>(value));
+#endif
+    std::memcpy(to, &value, static_cast<std::size_t>(count) * sizeof(float));
 }
 
 /// 0, 1, 2 ...
@@ -79,9 +90,17 @@ template <class F>
     return raised < high ? raised : high;
 }
 
+template <int W>
+[[gnu::always_inline]] inline Floats<W> magnitude(Floats<W> value) {
+    return reinterpret_cast<Floats<W>>(reinterpret_cast<Ints<W>>(value) & 0x7FFFFFFF);
+}
+
 /// A bit for each lane of a mask.
 template <int W>
 [[gnu::always_inline]] inline unsigned laneBits(Ints<W> mask) {
+#if defined(__AVX512F__)
+    if constexpr (W == 16) return _mm512_movepi32_mask(reinterpret_cast<__m512i>(mask));
+#endif
 #if defined(__AVX2__)
     if constexpr (W == 8) return static_cast<unsigned>(_mm256_movemask_ps(reinterpret_cast<__m256>(mask)));
 #endif
@@ -96,6 +115,28 @@ template <int W>
 
 template <int W>
 inline constexpr unsigned allLanes = (1U << W) - 1;
+
+/// Whether loadWhere exists: without it, reading lanes apart is the shorter way.
+template <int W>
+inline constexpr bool hasMaskedLoads = W > 4;
+
+/// `value`, but from[i] in the lanes i of the mask. Nothing is read for the others.
+template <int W>
+[[gnu::always_inline]] inline Floats<W> loadWhere(Ints<W> mask, const float* from, Floats<W> value) {
+#if defined(__AVX512F__)
+    if constexpr (W == 16)
+        return reinterpret_cast<Floats<W>>(
+            _mm512_mask_loadu_ps(reinterpret_cast<__m512>(value), laneBits<W>(mask), from));
+#endif
+#if defined(__AVX2__)
+    if constexpr (W == 8)
+        return mask ? reinterpret_cast<Floats<W>>(_mm256_maskload_ps(from, reinterpret_cast<__m256i>(mask)))
+                    : value;
+#endif
+    for (int i = 0; i < W; ++i)
+        if (mask[i]) value[i] = from[i];
+    return value;
+}
 
 template <int W>
 struct LanePair {
