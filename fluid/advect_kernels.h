@@ -31,6 +31,7 @@ struct Sampler {
             high[axis] = line ? static_cast<float>(res[axis] - 1.5) : 0.0F;
             step[axis] = line ? strides[axis] : 0;
         }
+        lastRun = slab * res[2] - step[0] - step[1] - step[2] - W;
     }
 
     [[gnu::always_inline]] Located<W> locate(Floats<W> x, Floats<W> y, Floats<W> z) const {
@@ -45,21 +46,39 @@ struct Sampler {
     [[gnu::always_inline]] Corners<W> corners(const float* field, const Ints<W>& cell) const {
         // Neighbouring cells mostly come from neighbouring places: from a few runs of them at least.
         const Ints<W> inStep = cell - laneNumbers<W>();
-        unsigned missing = laneBits<W>(inStep != inStep[0]);
-        if (missing == 0) [[likely]]
-            return run(field + inStep[0]);
-        if constexpr (!hasMaskedLoads<W>) return scattered(field, cell);
+        const unsigned missing = allLanes<W> & laneBits<W>(inStep != inStep[0]);
+        if (missing == 0) return run(field + inStep[0]);
+        if constexpr (hasMaskedLoads<W>)
+            return runs(field, inStep);
+        else
+            return twoRuns(field, cell, inStep, missing);
+    }
+
+    [[gnu::always_inline]] Corners<W> runs(const float* field, const Ints<W>& inStep) const {
         alignas(W * 4) std::int32_t starts[W];
         std::memcpy(starts, &inStep, sizeof starts);
         Corners<W> corners{};
-        addRun(corners, field + starts[0], inStep == starts[0]);
-        while (missing != 0) {
+        unsigned missing = allLanes<W>;
+        do {
             const int start = starts[__builtin_ctz(missing)];
             const Ints<W> lanes = inStep == start;
             addRun(corners, field + start, lanes);
             missing &= ~laneBits<W>(lanes);
-        }
+        } while (missing != 0);
         return corners;
+    }
+
+    /// Lanes of their own if there are more runs than two.
+    [[gnu::always_inline]] Corners<W> twoRuns(const float* field, const Ints<W>& cell, const Ints<W>& inStep,
+                                              unsigned missing) const {
+        alignas(W * 4) std::int32_t starts[W];
+        std::memcpy(starts, &inStep, sizeof starts);
+        const int second = starts[__builtin_ctz(missing)];
+        const Ints<W> secondRun = inStep == second;
+        missing &= ~laneBits<W>(secondRun);
+        if (W > 4 && missing == 0 && isInside(starts[0]) && isInside(second))
+            return merged(run(field + starts[0]), secondRun, run(field + second));
+        return scattered(field, cell);
     }
 
     /// The corners of W cells in a row.
@@ -70,6 +89,19 @@ struct Sampler {
                 const float* row = from + y * step[1] + z * step[2];
                 corners.row[z][y] = {loadLanes<W>(row), loadLanes<W>(row + step[0])};
             }
+        }
+        return corners;
+    }
+
+    /// Whether a run of W cells from `cell` on may be read.
+    [[gnu::always_inline]] bool isInside(int cell) const { return cell >= 0 && cell <= lastRun; }
+
+    [[gnu::always_inline]] static Corners<W> merged(Corners<W> corners, const Ints<W>& mask,
+                                                    const Corners<W>& other) {
+        for (int i = 0; i < 4; ++i) {
+            LanePair<W>& pair = corners.row[i >> 1][i & 1];
+            const LanePair<W>& from = other.row[i >> 1][i & 1];
+            pair = {mask ? from.first : pair.first, mask ? from.second : pair.second};
         }
         return corners;
     }
@@ -109,6 +141,7 @@ struct Sampler {
     int xRes, slab;
     float low[3], high[3];
     int step[3]; ///< to the next cell along each axis
+    int lastRun; ///< the last cell from which a run may be read
 };
 
 /// Blends along y, then z, then x.
@@ -169,7 +202,7 @@ template <int W, class Do>
     if (x < cells) visit(x, cells - x);
 }
 
-inline constexpr int slabsAhead = 4;
+inline constexpr int slabsAhead = 2;
 
 /// The row some slabs further on, which is fetched into the cache meanwhile: the flow jumps between slabs too
 /// much for the processor to see it coming.
@@ -225,8 +258,8 @@ template <int W, bool limit>
 void backward(const Flow& flow, const BackwardRow& row) {
     const Sampler<W> sampler(flow.res);
     const FlowRow<W> carried(flow, row.y, row.z);
-    const float *field = row.advected, *ahead = rowAhead(field, flow.res, row.y, row.z);
-    const float *advected = field + carried.start, *oldField = row.oldField + carried.start;
+    const float *field = row.advected, *advected = field + carried.start,
+                *oldField = row.oldField + carried.start;
     float *newField = row.newField + carried.start, *backs = row.back + carried.start;
     float* unlimited = row.unlimited;
     const float last[3] = {static_cast<float>(flow.res[0] - 2), static_cast<float>(flow.res[1] - 2),
@@ -236,7 +269,6 @@ void backward(const Flow& flow, const BackwardRow& row) {
             const MovedCells<W> cells(carried, x, count);
             const Located<W> from =
                 sampler.locate(cells.x + cells.dx, cells.y + cells.dy, cells.z + cells.dz);
-            __builtin_prefetch(ahead + x);
             const Floats<W> back = blend(sampler.corners(field, from.cell), from);
             const Floats<W> low = loadSome<W>(newField + x, count), high = loadSome<W>(backs + x, count);
             storeSome<W>(backs + x, back, count);

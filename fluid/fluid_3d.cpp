@@ -64,7 +64,7 @@ class MacCormack {
     }
 
     void run() {
-        constexpr int cellsInCache = 1 << 19;
+        constexpr int cellsInCache = 1 << 16;
         const int block = std::clamp(cellsInCache / std::max(1, xRes_ * yRes_), 1, zRes_);
 #pragma omp parallel num_threads(threads_)
         {

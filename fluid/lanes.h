@@ -116,26 +116,21 @@ template <int W>
 template <int W>
 inline constexpr unsigned allLanes = (1U << W) - 1;
 
-/// Whether loadWhere exists: without it, reading lanes apart is the shorter way.
+/// Whether a masked load costs no more than another.
 template <int W>
-inline constexpr bool hasMaskedLoads = W > 4;
+inline constexpr bool hasMaskedLoads = W == 16;
 
 /// `value`, but from[i] in the lanes i of the mask. Nothing is read for the others.
 template <int W>
-[[gnu::always_inline]] inline Floats<W> loadWhere(Ints<W> mask, const float* from, Floats<W> value) {
+[[gnu::always_inline]] inline Floats<W> loadWhere([[maybe_unused]] Ints<W> mask,
+                                                  [[maybe_unused]] const float* from, Floats<W> value) {
+    static_assert(hasMaskedLoads<W>);
 #if defined(__AVX512F__)
-    if constexpr (W == 16)
-        return reinterpret_cast<Floats<W>>(
-            _mm512_mask_loadu_ps(reinterpret_cast<__m512>(value), laneBits<W>(mask), from));
-#endif
-#if defined(__AVX2__)
-    if constexpr (W == 8)
-        return mask ? reinterpret_cast<Floats<W>>(_mm256_maskload_ps(from, reinterpret_cast<__m256i>(mask)))
-                    : value;
-#endif
-    for (int i = 0; i < W; ++i)
-        if (mask[i]) value[i] = from[i];
+    return reinterpret_cast<Floats<W>>(
+        _mm512_mask_loadu_ps(reinterpret_cast<__m512>(value), laneBits<W>(mask), from));
+#else
     return value;
+#endif
 }
 
 template <int W>
