@@ -64,13 +64,16 @@ class MacCormack {
     }
 
     void run() {
-        constexpr int cellsInCache = 1 << 16;
-        const int block = std::clamp(cellsInCache / std::max(1, xRes_ * yRes_), 1, zRes_);
+        // Few slabs stay in a core's own cache; where the flow reaches far they wait longer than that, and
+        // many slabs share what they fetch.
+        const int few = slabsOf(1 << 16), many = slabsOf(1 << 19);
+        constexpr int soon = 2;
 #pragma omp parallel num_threads(threads_)
         {
-            int corrected = 0;
-            for (int first = 0; first < zRes_; first += block) {
-                const int last = std::min(first + block, zRes_);
+            int corrected = 0, last = 0;
+            while (last < zRes_) {
+                const int first = last;
+                last = std::min(first + (first - corrected > soon ? many : few), zRes_);
                 const Tiles fresh(yRes_, first, last);
 #pragma omp for schedule(dynamic)
                 for (int tile = 0; tile < fresh.count(); ++tile)
@@ -86,6 +89,8 @@ class MacCormack {
     }
 
   private:
+    int slabsOf(int cells) const { return std::clamp(cells / std::max(1, xRes_ * yRes_), 1, zRes_); }
+
     /// Keeps the extremes that limit the result where the result and temp1 will be.
     void forward(int y, int z) {
         reach_[static_cast<std::size_t>(z) * yRes_ + y] = kernels_.forward(
