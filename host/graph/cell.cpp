@@ -27,6 +27,7 @@ void Cell::resetToDefault() {
     number = attr.defaultNumber;
     data = isLeaf() ? attr.defaultData : nullptr;
     isSet = false;
+    if (parent) parent->settled = false;
 }
 
 Cell* Cell::childIfThere(int position) const {
@@ -83,7 +84,7 @@ void Cell::removeElement(int index) {
 }
 
 bool Cell::isInUse() const {
-    if (source || !destinations.empty() || isSet) return true;
+    if (isSet || source || !destinations.empty()) return true;
     for (const auto& below : children) {
         if (below && below->isInUse()) return true;
     }

@@ -27,18 +27,23 @@ class Cell {
     Cell* const parent;
     const int logicalIndex; ///< -1 unless this is an element of a multi
 
-    double number;
-    Ref<Data> data;
-    Cell* source = nullptr;          ///< what this is fed by
-    std::vector<Cell*> destinations; ///< what this feeds, in order of connection
-    std::vector<std::unique_ptr<Cell>> children;
+    // What a walk over many elements reads lies together.
 
     /// On a compound or multi: everything below is dirty. Clear: something below may still be.
     bool dirty = false;
     bool computing = false;
     bool fresh = false; ///< set by its node since it got dirty; the node itself may read it back
     bool isSet = false; ///< a value was stored here; else it shows the default
+    double number;
+    Cell* source = nullptr; ///< what this is fed by
+    Ref<Data> data;
+    std::vector<Cell*> destinations; ///< what this feeds, in order of connection
+    std::vector<std::unique_ptr<Cell>> children;
+
     bool locked = false;
+    /// On a multi of numbers: every element was found clean, set and without a wire of its own, and nothing
+    /// has changed that since. Whoever makes an element dirty or unsets it clears this.
+    bool settled = false;
     std::int8_t keyable = -1, channelBox = -1; ///< per-plug override of the attribute's flag; -1: none
 
     /// It, or what it stands below, was made by `detached`.

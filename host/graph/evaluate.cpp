@@ -261,15 +261,23 @@ void cleanArray(Cell& array) {
                !array.computing && !(array.fresh && array.node.computing)) {
         compute(array);
     }
-    for (std::size_t i = 0; i < array.children.size(); ++i)
-        clean(*array.children[i]);
+    if (!array.settled) {
+        bool settled = array.attr.isNumber();
+        for (std::size_t i = 0; i < array.children.size(); ++i) {
+            Cell& element = *array.children[i];
+            // One that is evaluated may change others: the next walk will find them settled.
+            settled = settled && element.isSet && !element.dirty && !element.source;
+            clean(element);
+        }
+        array.settled = settled;
+    }
     setClean(array);
 }
 
 } // namespace
 
 void clean(Cell& cell) {
-    if (cell.isDetached()) return;
+    if ((!cell.dirty && cell.isLeaf()) || cell.isDetached()) return;
     if (cell.isArray()) return cleanArray(cell);
     if (cell.isCompound()) {
         if (cell.dirty && !cell.feedingAncestor() && cell.node.isComputed(cell.attr) && !cell.computing &&
@@ -282,7 +290,6 @@ void clean(Cell& cell) {
         setClean(cell);
         return;
     }
-    if (!cell.dirty) return;
     if (Cell* from = feeding(cell)) return pullThroughWires(cell, *from);
     if (!sceneOf(cell) || !cell.node.isComputed(cell.attr)) {
         setClean(cell);
@@ -338,18 +345,23 @@ class Spread {
     }
 
     /// Marks the cell and all below; what was dirty already has spread already.
-    void mark(Cell& cell) {
+    void mark(Cell& cell) { mark(cell, false); }
+
+  private:
+    /// An element marked `withArray` has no more dependants than its array, unless it has them for itself.
+    void mark(Cell& cell, bool withArray) {
         if (cell.dirty) return;
         touch(cell);
         cell.dirty = true;
         cell.fresh = false;
-        stack_.push_back(&cell);
+        if (cell.parent) cell.parent->settled = false;
+        if (!withArray || !cell.destinations.empty() || cell.node.wantsDependents()) stack_.push_back(&cell);
+        const bool isArray = cell.isArray();
         for (auto& below : cell.children) {
-            if (below) mark(*below);
+            if (below) mark(*below, isArray);
         }
     }
 
-  private:
     void dependantsOf(Cell& cell) {
         Node& node = cell.node;
         for (Attribute* out : node.affectedBy(cell.attr))
@@ -517,15 +529,16 @@ bool isComputing(Cell& cell) {
 }
 
 /// Takes out, or empties where wires hang on them or a compute of theirs runs, the elements that are not
-/// among `wanted`.
-void dropOthers(Cell& array, const std::vector<std::unique_ptr<Cell>>& wanted) {
+/// among the `count` wanted ones, whose indices `wanted` gives.
+template <class IndexOf>
+void dropOthers(Cell& array, std::size_t count, IndexOf wanted) {
     const bool preserving = sceneOf(array) && sceneOf(array)->preserving;
-    std::size_t kept = wanted.size();
+    std::size_t kept = count;
     for (std::size_t i = array.children.size(); i-- > 0;) {
         Cell& old = *array.children[i];
-        while (kept > 0 && wanted[kept - 1]->logicalIndex > old.logicalIndex)
+        while (kept > 0 && wanted(kept - 1) > old.logicalIndex)
             --kept;
-        if (kept > 0 && wanted[kept - 1]->logicalIndex == old.logicalIndex) continue;
+        if (kept > 0 && wanted(kept - 1) == old.logicalIndex) continue;
         if (!preserving && !isComputing(old) && !old.hasWiresBelow(true) && !old.hasWiresBelow(false)) {
             array.removeElement(old.logicalIndex);
         } else {
@@ -552,13 +565,36 @@ void takeOver(Cell& to, const Cell& from) {
 } // namespace
 
 void replaceElements(Cell& array, const std::vector<std::unique_ptr<Cell>>& elements) {
-    dropOthers(array, elements);
+    dropOthers(array, elements.size(), [&](std::size_t i) { return elements[i]->logicalIndex; });
     ElementWalk present(array);
     for (const auto& made : elements) {
         Cell* there = present.at(made->logicalIndex);
         Cell& element = there ? *there : array.element(made->logicalIndex);
         takeOver(element, *made);
         element.isSet = true; // it exists, even while it shows the default
+    }
+    array.fresh = true;
+}
+
+void replaceNumbers(Cell& array, std::span<const int> indices, std::span<const double> numbers) {
+    const auto put = [&](Cell& element, std::size_t i) {
+        touch(element);
+        element.number = numbers[i];
+        element.isSet = true;
+        element.fresh = true;
+    };
+    // Mostly the elements are those of the last time.
+    std::size_t done = 0;
+    const std::size_t common = std::min(indices.size(), array.children.size());
+    for (; done < common && array.children[done]->logicalIndex == indices[done]; ++done)
+        put(*array.children[done], done);
+    if (done < array.children.size())
+        dropOthers(array, indices.size(), [&](std::size_t i) { return indices[i]; });
+    array.children.reserve(indices.size());
+    ElementWalk present(array);
+    for (; done < indices.size(); ++done) {
+        Cell* there = present.at(indices[done]);
+        put(there ? *there : array.element(indices[done]), done);
     }
     array.fresh = true;
 }
@@ -581,6 +617,7 @@ Preserve::~Preserve() {
             saved.cell->dirty = saved.dirty;
             saved.cell->isSet = saved.isSet;
             saved.cell->fresh = saved.fresh;
+            if (saved.cell->parent) saved.cell->parent->settled = false;
         }
         journal.pop_back();
     }

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <map>
+#include <span>
 
 namespace vesk::graph {
 
@@ -49,6 +50,8 @@ void markClean(Cell& cell);
 /// The multi gets exactly these elements (ascending, made for it). Elements that wires hang on stay, at their
 /// default.
 void replaceElements(Cell& array, const std::vector<std::unique_ptr<Cell>>& elements);
+/// The same for a multi of numbers: those at the indices, which ascend. Elements that are there are kept.
+void replaceNumbers(Cell& array, std::span<const int> indices, std::span<const double> numbers);
 
 /// Dirt for all that depends on this cell; not for the cell itself.
 void spreadDirt(Cell& cell);

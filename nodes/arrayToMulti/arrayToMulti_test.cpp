@@ -46,6 +46,17 @@ TEST_F(ArrayToMulti, SingleWeightsAndWhatHangsOnOneThatGoes) {
     EXPECT_EQ(run("getAttr t.translateX").asFloat(), 6);
 }
 
+TEST_F(ArrayToMulti, ElementsStayWhereTheyAre) {
+    (void)back();
+    const auto cellOf = [&](const char* name) { return tests::plugNamed(name).hostPlug().cellIfThere(); };
+    const auto* first = cellOf("a.outWeightList[0].weight[0]");
+    const auto* last = cellOf("a.outWeightList[0].weight[2]");
+    run("setAttr a.inWeightPP -type doubleArray 4 4 5 6 7");
+    EXPECT_EQ(back(), (std::vector<double>{4, 5, 6, 7}));
+    EXPECT_EQ(cellOf("a.outWeightList[0].weight[0]"), first);
+    EXPECT_EQ(cellOf("a.outWeightList[0].weight[2]"), last);
+}
+
 TEST_F(ArrayToMulti, OneEvaluationWritesAll) {
     (void)back();
     run("setAttr a.inWeightPP -type doubleArray 3 1 2 3");

@@ -38,6 +38,32 @@ TEST(Ramp, EachInterpolationByHand) {
     EXPECT_EQ(CurveRamp({{NAN, {6}, kSpline}, {0, {1}, kNone}}).entryCount(), 2U);
 }
 
+TEST(Ramp, AlongItIsTheSameToTheBit) {
+    std::minstd_rand random(3);
+    const auto number = [&](unsigned steps) {
+        return static_cast<float>(random() % steps) / static_cast<float>(steps - 1);
+    };
+    for (int round = 0; round < 60; ++round) {
+        std::vector<ColorRamp::Entry> entries;
+        for (int i = 0; i < round % 7; ++i)
+            entries.push_back({1.4F * number(9) - 0.2F,
+                               {number(1000), number(1000), 8 * number(1000)},
+                               static_cast<int>(random() % 5)});
+        const ColorRamp ramp(entries);
+        for (const std::size_t count : {1U, 3U, 8U, 255U, 257U, 1000U}) {
+            std::size_t next = 0;
+            ramp.along(count, [&](std::size_t i, const ColorRamp::Values& values) {
+                ASSERT_EQ(i, next++);
+                const auto position = static_cast<float>(static_cast<double>(i) / static_cast<double>(count));
+                const ColorRamp::Values expected = ramp.at(position);
+                for (std::size_t c = 0; c < 3; ++c)
+                    ASSERT_EQ(std::bit_cast<unsigned>(values[c]), std::bit_cast<unsigned>(expected[c])) << i;
+            });
+            ASSERT_EQ(next, count);
+        }
+    }
+}
+
 /// Compares with the host's evaluation of the same ramp on a node.
 class RampOfANode : public tests::PluginTest {};
 

@@ -8,31 +8,27 @@ namespace vesk::nodes {
 
 namespace {
 
-/// Calls `write` with each entry's place and its values, of which the first `Channels` are meant.
-template <std::size_t Channels, class Write>
-void eachEntry(const EntryValues& values, std::size_t count, Write write) {
-    std::array<double, 4> entry = values.values;
-    if (!values.useRamps) {
-        for (std::size_t i = 0; i < count; ++i)
-            write(i, entry);
-        return;
-    }
-    std::size_t xyzSegment = 0, wSegment = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const auto position = static_cast<float>(static_cast<double>(i) / static_cast<double>(count));
-        const auto xyz = values.xyz.at(position, xyzSegment);
-        std::copy(xyz.begin(), xyz.end(), entry.begin());
-        if constexpr (Channels == 4) entry[3] = static_cast<double>(values.w.at(position, wSegment)[0]);
-        write(i, entry);
-    }
-}
-
 template <std::size_t Channels>
 void fill(const EntryValues& values, std::span<double> out) {
-    eachEntry<Channels>(values, out.size() / Channels, [to = out.data()](std::size_t i, const auto& entry) {
-        for (std::size_t c = 0; c < Channels; ++c)
-            to[Channels * i + c] = entry[c];
+    double* const to = out.data();
+    const std::size_t count = out.size() / Channels;
+    if (!values.useRamps) {
+        const std::array<double, 4> entry = values.values;
+        for (std::size_t i = 0; i < count; ++i) {
+            for (std::size_t c = 0; c < Channels; ++c)
+                to[Channels * i + c] = entry[c];
+        }
+        return;
+    }
+    values.xyz.along(count, [to](std::size_t i, const ColorRamp::Values& xyz) {
+        for (std::size_t c = 0; c < std::min<std::size_t>(Channels, 3); ++c)
+            to[Channels * i + c] = static_cast<double>(xyz[c]);
     });
+    if constexpr (Channels == 4) {
+        values.w.along(count, [to](std::size_t i, const CurveRamp::Values& w) {
+            to[Channels * i + 3] = static_cast<double>(w[0]);
+        });
+    }
 }
 
 } // namespace
@@ -47,7 +43,13 @@ void createEntries(const EntryValues& values, std::size_t channels, std::span<do
 }
 
 void createEntries(const EntryValues& values, std::span<int> out) {
-    eachEntry<1>(values, out.size(), [&](std::size_t i, const auto& entry) { out[i] = truncated(entry[0]); });
+    if (!values.useRamps) {
+        std::fill(out.begin(), out.end(), truncated(values.values[0]));
+        return;
+    }
+    values.xyz.along(out.size(), [to = out.data()](std::size_t i, const ColorRamp::Values& xyz) {
+        to[i] = truncated(static_cast<double>(xyz[0]));
+    });
 }
 
 } // namespace vesk::nodes

@@ -27,6 +27,29 @@ TEST_F(MultiToArray, GapsCloseUp) {
     EXPECT_EQ(out(), std::vector<double>());
 }
 
+TEST_F(MultiToArray, EvaluatedAgainAndAgain) {
+    run("setAttr m.inWeightList[0].weights[1] 1; setAttr m.inWeightList[0].weights[4] 4;"
+        "createNode transform -n t; setAttr t.translateX 9; ");
+    const auto again = [&] {
+        run("setAttr m.envelope 0; getAttr m.outArray; setAttr m.envelope 1;");
+        return out();
+    };
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(again(), (std::vector<double>{1, 4}));
+    run("setAttr m.inWeightList[0].weights[4] 5");
+    EXPECT_EQ(again(), (std::vector<double>{1, 5}));
+    run("setAttr m.inWeightList[0].weights[2] 2");
+    EXPECT_EQ(again(), (std::vector<double>{1, 2, 5}));
+    EXPECT_EQ(again(), (std::vector<double>{1, 2, 5}));
+    run("connectAttr t.translateX m.inWeightList[0].weights[1]");
+    EXPECT_EQ(again(), (std::vector<double>{9, 2, 5}));
+    run("setAttr t.translateX 8");
+    EXPECT_EQ(again(), (std::vector<double>{8, 2, 5}));
+    run("disconnectAttr t.translateX m.inWeightList[0].weights[1];"
+        "removeMultiInstance m.inWeightList[0].weights[1];");
+    EXPECT_EQ(again(), (std::vector<double>{2, 5}));
+}
+
 TEST_F(MultiToArray, ConnectedWeights) {
     run("createNode transform -n t; setAttr t.translateX 4; setAttr m.inWeightList[0].weights[3] 1;"
         "connectAttr t.translateX m.inWeightList[0].weights[2];");

@@ -101,6 +101,33 @@ TEST(RemapValues, BlocksMeetWithoutASeam) {
     }
 }
 
+TEST(RemapValues, EachChoiceOfStepsIsThatOfAPlainLoop) {
+    std::vector<double> in;
+    for (int i = 0; i < 1600; ++i)
+        in.push_back((i % 97 - 48) / 7.0);
+    for (unsigned choice = 0; choice < 16; ++choice) {
+        const RemapSettings s{.absolute = (choice & 1U) != 0,
+                              .shift = (choice & 2U) != 0,
+                              .shiftValue = -0.3,
+                              .remap = (choice & 4U) != 0,
+                              .remapMin = -0.7,
+                              .remapMax = 1.9,
+                              .clamp = (choice & 8U) != 0,
+                              .clampMin = -1.1,
+                              .clampMax = 2.3};
+        std::vector<double> out(in.size());
+        remapValues(s, std::span<const double>(in), std::span<double>(out));
+        for (std::size_t i = 0; i < in.size(); ++i) {
+            double x = in[i];
+            if (s.absolute) x = std::fabs(x);
+            if (s.shift) x = x + -0.3;
+            if (s.remap) x = 1.9 * x - 0.7 * x;
+            if (s.clamp) x = std::fmin(std::fmax(x, -1.1), 2.3);
+            ASSERT_EQ(out[i], x) << choice << ", " << i;
+        }
+    }
+}
+
 TEST(RemapValues, NumbersThatAreNonePassAlone) {
     const double in[] = {NAN, INFINITY, -INFINITY, 0.5};
     double out[4];

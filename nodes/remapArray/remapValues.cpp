@@ -1,7 +1,9 @@
 #include "nodes/remapArray/remapValues.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <type_traits>
 
 namespace vesk::nodes {
 
@@ -10,8 +12,17 @@ namespace {
 /// Work goes on in blocks that stay in the cache; divisible by three.
 constexpr std::size_t kBlock = 3 * 512;
 
-/// Numbers `first` and following of the flattened input.
-void read(const AnyElements& in, std::size_t first, std::span<double> to) {
+using Block = std::array<double, kBlock>;
+
+/// The input's own numbers where it consists of them, none otherwise.
+std::span<const double> numbersOf(const AnyElements& in) {
+    if (const auto* vectors = std::get_if<std::span<const MVector>>(&in)) return flat(*vectors);
+    const auto* numbers = std::get_if<std::span<const double>>(&in);
+    return numbers ? *numbers : std::span<const double>();
+}
+
+/// Numbers `first` and following of a flattened input that does not consist of numbers.
+void convert(const AnyElements& in, std::size_t first, std::span<double> to) {
     if (const auto* ints = std::get_if<std::span<const int>>(&in)) {
         std::copy_n(ints->begin() + static_cast<std::ptrdiff_t>(first), to.size(), to.begin());
     } else if (const auto* points = std::get_if<std::span<const MPoint>>(&in)) {
@@ -22,46 +33,74 @@ void read(const AnyElements& in, std::size_t first, std::span<double> to) {
             if (i + 1 < to.size()) to[i + 1] = point->y;
             if (i + 2 < to.size()) to[i + 2] = point->z;
         }
-    } else if (!to.empty()) {
-        const auto* vectors = std::get_if<std::span<const MVector>>(&in);
-        const auto numbers = vectors ? flat(*vectors) : std::get<std::span<const double>>(in);
-        std::copy_n(numbers.begin() + static_cast<std::ptrdiff_t>(first), to.size(), to.begin());
     }
 }
 
-/// Of fixed length where it matters: such loops become vector instructions.
-template <std::size_t Length>
-void apply(const RemapSettings& s, std::span<double, Length> values) {
-    if (s.absolute) {
-        for (double& x : values)
-            x = std::fabs(x);
-    }
-    if (s.shift) {
-        for (double& x : values)
-            x += s.shiftValue;
-    }
-    if (s.remap) {
-        const double least = std::fabs(s.remapMin);
-        for (double& x : values)
-            x = s.remapMax * x - least * x;
-    }
-    if (s.clamp) {
-        for (double& x : values)
-            x = x < s.clampMin ? s.clampMin : x > s.clampMax ? s.clampMax : x;
+/// Calls `work` with the switch as a constant.
+template <class Work>
+void asConstant(bool isOn, Work work) {
+    if (isOn) {
+        work(std::true_type());
+    } else {
+        work(std::false_type());
     }
 }
 
-/// Calls `write` with the first number's place and the finished numbers, block by block.
-template <class Write>
-void inBlocks(const RemapSettings& settings, const AnyElements& in, std::size_t count, Write write) {
-    double values[kBlock] = {};
-    for (std::size_t first = 0; first < count; first += kBlock) {
-        const std::span<double> block(values, std::min(kBlock, count - first));
-        read(in, first, block);
-        apply(settings, std::span(values)); // what is behind the end does no harm
-        write(first, block);
-    }
+/// Calls `work` with the steps that are on as one function of a number.
+template <class Work>
+void withSteps(const RemapSettings& s, Work work) {
+    const double least = std::fabs(s.remapMin);
+    asConstant(s.absolute, [&](auto absolute) {
+        asConstant(s.shift, [&](auto shift) {
+            asConstant(s.remap, [&](auto remap) {
+                asConstant(s.clamp, [&](auto clamp) {
+                    work([=](double x) {
+                        if constexpr (absolute) x = std::fabs(x);
+                        if constexpr (shift) x += s.shiftValue;
+                        if constexpr (remap) x = s.remapMax * x - least * x;
+                        if constexpr (clamp)
+                            x = x < s.clampMin ? s.clampMin : x > s.clampMax ? s.clampMax : x;
+                        return x;
+                    });
+                });
+            });
+        });
+    });
 }
+
+/// The steps over a whole block, of a length that is known: such a loop becomes vector instructions.
+template <class Step>
+void applyBlock(Step step, const double* __restrict from, double* __restrict to) {
+    for (std::size_t i = 0; i < kBlock; ++i)
+        to[i] = step(from[i]);
+}
+
+/// Finishes `count` numbers block by block. `place(first)` says where the whole block from there on goes, or
+/// null for a block between, which `write` then gets, as it gets the last one, with its first number's place.
+template <class Place, class Write>
+void inBlocks(const RemapSettings& settings, const AnyElements& in, std::size_t count, Place place,
+              Write write) {
+    const std::span<const double> numbers = numbersOf(in);
+    Block read = {}, finished;
+    withSteps(settings, [&](auto step) {
+        for (std::size_t first = 0; first < count; first += kBlock) {
+            const std::size_t length = std::min(kBlock, count - first);
+            const double* from = read.data();
+            if (numbers.empty()) {
+                convert(in, first, std::span(read).first(length));
+            } else if (length == kBlock) {
+                from = numbers.data() + first;
+            } else {
+                std::copy_n(numbers.begin() + static_cast<std::ptrdiff_t>(first), length, read.begin());
+            }
+            double* to = length == kBlock ? place(first) : nullptr;
+            applyBlock(step, from, to ? to : finished.data()); // what is behind the end does no harm
+            if (!to) write(first, std::span<const double>(finished).first(length));
+        }
+    });
+}
+
+double* nowhere(std::size_t) { return nullptr; }
 
 } // namespace
 
@@ -72,14 +111,11 @@ std::size_t flatLength(const AnyElements& in) {
 }
 
 void remapValues(const RemapSettings& settings, const AnyElements& in, std::span<double> out) {
-    std::size_t first = 0;
-    for (; first + kBlock <= out.size(); first += kBlock) {
-        const auto block = out.subspan(first).first<kBlock>();
-        read(in, first, block);
-        apply(settings, block);
-    }
-    read(in, first, out.subspan(first));
-    apply(settings, out.subspan(first));
+    inBlocks(
+        settings, in, out.size(), [&](std::size_t first) { return out.data() + first; },
+        [&](std::size_t first, std::span<const double> values) {
+            std::copy(values.begin(), values.end(), out.data() + first);
+        });
 }
 
 void remapValues(const RemapSettings& settings, const AnyElements& in, std::span<MVector> out) {
@@ -87,7 +123,7 @@ void remapValues(const RemapSettings& settings, const AnyElements& in, std::span
 }
 
 void remapValues(const RemapSettings& settings, const AnyElements& in, std::span<MPoint> out) {
-    inBlocks(settings, in, 3 * out.size(), [&](std::size_t first, std::span<const double> values) {
+    inBlocks(settings, in, 3 * out.size(), nowhere, [&](std::size_t first, std::span<const double> values) {
         MPoint* point = out.data() + first / 3;
         for (std::size_t i = 0; i < values.size(); i += 3)
             *point++ = MPoint(values[i], values[i + 1], values[i + 2]);
@@ -95,7 +131,7 @@ void remapValues(const RemapSettings& settings, const AnyElements& in, std::span
 }
 
 void remapValues(const RemapSettings& settings, const AnyElements& in, std::span<int> out) {
-    inBlocks(settings, in, out.size(), [&](std::size_t first, std::span<const double> values) {
+    inBlocks(settings, in, out.size(), nowhere, [&](std::size_t first, std::span<const double> values) {
         std::transform(values.begin(), values.end(), out.data() + first, truncated);
     });
 }

@@ -1,5 +1,6 @@
 #include "host/api/impl/cell_values.h"
 
+#include "host/api/impl/built_elements.h"
 #include "host/data/packed_data.h"
 #include "host/data/value_data.h"
 #include "host/graph/evaluate.h"
@@ -121,7 +122,11 @@ Outcome storeCopy(Cell& to, const Cell& from) {
         if (!byOwner) {
             if (auto outcome = graph::checkWritable(to); !outcome) return outcome;
         }
-        graph::replaceElements(to, from.children);
+        if (const auto* flat = flatElements(from)) {
+            graph::replaceNumbers(to, flat->indices, flat->numbers);
+        } else {
+            graph::replaceElements(to, from.children);
+        }
         graph::markClean(to);
         if (!byOwner) graph::spreadDirt(to);
         return {};

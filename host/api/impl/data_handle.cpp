@@ -1,6 +1,7 @@
 #include <maya/MDataHandle.h>
 
 #include "host/api/impl/access.h"
+#include "host/api/impl/built_elements.h"
 #include "host/api/impl/cell_values.h"
 #include "host/data/geometry_data.h"
 #include "host/data/value_data.h"
@@ -40,10 +41,16 @@ MDataHandle MDataHandle::child(const MPlug& plug) const { return child(plug.attr
 // --- numbers
 // ---------------------------------------------------------------------------------------------------------
 
-double MDataHandle::number() const {
-    if (!cell_) return 0;
-    return cell_->attr.isNumber() ? cell_->number : vesk::api::numberOf(*cell_);
+namespace {
+
+double numberIn(const Cell* cell) {
+    if (!cell) return 0;
+    return cell->attr.isNumber() ? cell->number : vesk::api::numberOf(*cell);
 }
+
+} // namespace
+
+double MDataHandle::number() const { return numberIn(cell_); }
 
 bool MDataHandle::asBool() const { return number() != 0; }
 char MDataHandle::asChar() const { return vesk::api::truncatedTo<char>(number()); }
@@ -53,7 +60,7 @@ unsigned short MDataHandle::asUShort() const { return vesk::api::truncatedTo<uns
 int MDataHandle::asInt() const { return vesk::api::truncatedTo<int>(number()); }
 MInt64 MDataHandle::asInt64() const { return vesk::api::truncatedTo<MInt64>(number()); }
 float MDataHandle::asFloat() const { return static_cast<float>(number()); }
-double MDataHandle::asDouble() const { return number(); }
+double MDataHandle::asDouble() const { return numberIn(cell_); }
 MDistance MDataHandle::asDistance() const { return MDistance(number(), MDistance::internalUnit()); }
 MAngle MDataHandle::asAngle() const { return MAngle(number(), MAngle::internalUnit()); }
 MTime MDataHandle::asTime() const { return vesk::api::timeOf(number()); }
@@ -111,7 +118,7 @@ MString MDataHandle::asString() const {
 }
 
 MObject MDataHandle::data() {
-    if (!cell_) return {};
+    if (!cell_ || vesk::api::flatElements(*cell_)) return {};
     if (vesk::api::isTuple(*cell_)) {
         const auto numbers = vesk::makeRef<vesk::NumericData>(numericType());
         numbers->set(vesk::api::numbersOf(*cell_));
@@ -196,6 +203,8 @@ void MDataHandle::setGeneric(double value, bool isNull) {
 
 MStatus MDataHandle::copy(const MDataHandle& source) {
     if (!cell_ || !source.cell_) return MStatus::kInvalidParameter;
+    vesk::api::unfold(*cell_);
+    vesk::api::unfold(*source.cell_);
     vesk::graph::copyCell(*cell_, *source.cell_);
     return {};
 }

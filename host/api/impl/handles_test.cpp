@@ -219,6 +219,76 @@ TEST_F(HandleTest, BuildersShowOnlyOnceSet) {
     EXPECT_EQ(MArrayDataBuilder().removeElement(0), MStatus::kInvalidParameter);
 }
 
+TEST_F(HandleTest, HandlesOfOneBuilderAreIndependent) {
+    MDataBlock data = block();
+    MArrayDataBuilder builder(&data, Probe::items, 0xffffffffU); // no more than a hint
+    MDataHandle seven = builder.addElement(7), three = builder.addElement(3), gone = builder.addElement(5);
+    for (unsigned int i = 10; i < 13; ++i)
+        builder.addElement(i).set(0.5 * i); // nobody holds these
+    seven.set(70.0);
+    MDataHandle again = builder.addElement(7);
+    EXPECT_EQ(again.asDouble(), 70);
+    three.set(30.0);
+    EXPECT_TRUE(builder.removeElement(5));
+    gone.set(1.0);
+    EXPECT_EQ(builder.addElement(11).asDouble(), 5.5);
+    MArrayDataHandle items = data.outputArrayValue(Probe::items);
+    EXPECT_TRUE(items.set(builder));
+    EXPECT_EQ(values(items), (std::vector<double>{30, 70, 5, 5.5, 6}));
+    builder = MArrayDataBuilder();
+    seven.set(1.0); // keeps what it refers to alive
+    EXPECT_EQ(values(items), (std::vector<double>{30, 70, 5, 5.5, 6}));
+}
+
+TEST_F(HandleTest, ElementsThatAreThereAreKept) {
+    MDataBlock data = block();
+    MArrayDataHandle items = data.outputArrayValue(Probe::items);
+    const auto put = [&](std::initializer_list<unsigned int> indices, double value) {
+        MArrayDataBuilder builder(&data, Probe::items, 4);
+        for (const unsigned int index : indices)
+            builder.addElement(index).set(value + index);
+        EXPECT_TRUE(items.set(builder));
+        return items.hostCell()->elementIfThere(4);
+    };
+    const auto* four = put({2, 4, 6}, 0);
+    EXPECT_EQ(put({2, 4, 6}, 10), four);
+    EXPECT_EQ(put({1, 2, 4, 8}, 20), four) << "one before, one instead";
+    EXPECT_EQ(values(items), (std::vector<double>{21, 22, 24, 28}));
+    EXPECT_EQ(put({4}, 30), four);
+    EXPECT_EQ(values(items), std::vector<double>{34});
+    EXPECT_EQ(put({}, 0), nullptr);
+}
+
+/// A walk that found all elements clean must not hide what changes afterwards.
+TEST_F(HandleTest, ChangesAfterAWalkShow) {
+    const MObject other = make();
+    const auto element = [&](unsigned int i) { return MPlug(node, Probe::items).elementByLogicalIndex(i); };
+    const auto walk = [&] {
+        MDataBlock data = block();
+        (void)data.inputValue(Probe::items); // cleans all of it
+        MArrayDataHandle items = data.inputArrayValue(Probe::items);
+        EXPECT_TRUE(items.jumpToElement(4));
+        return values(items);
+    };
+    for (const unsigned int i : {2U, 4U, 6U})
+        element(i).setDouble(i);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(walk(), (std::vector<double>{2, 4, 6}));
+    element(4).setDouble(40);
+    EXPECT_EQ(walk(), (std::vector<double>{2, 40, 6}));
+    MPlug(other, Probe::a).setDouble(5);
+    ASSERT_TRUE(connect(MPlug(other, Probe::a), element(2)));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(walk(), (std::vector<double>{5, 40, 6}));
+    MPlug(other, Probe::a).setDouble(50);
+    EXPECT_EQ(walk(), (std::vector<double>{50, 40, 6}));
+    element(9).setDouble(9);
+    EXPECT_EQ(walk(), (std::vector<double>{50, 40, 6, 9}));
+    ASSERT_TRUE(connect(MPlug(other, Probe::items), MPlug(node, Probe::items)));
+    MPlug(other, Probe::items).elementByLogicalIndex(4).setDouble(1);
+    EXPECT_EQ(walk(), (std::vector<double>{50, 1}));
+}
+
 TEST_F(HandleTest, ElementsWithWiresOutliveABuilder) {
     const MObject to = make();
     ASSERT_TRUE(connect(MPlug(node, Probe::list).elementByLogicalIndex(1), MPlug(to, Probe::b)));

@@ -2,6 +2,7 @@
 
 #include "host/api/impl/access.h"
 #include "host/api/impl/at_context.h"
+#include "host/api/impl/built_elements.h"
 #include "host/api/impl/cell_values.h"
 #include "host/data/value_data.h"
 #include "host/graph/evaluate.h"
@@ -240,7 +241,13 @@ MStatus MPlug::setMDataHandle(const MDataHandle& value) {
 MDataHandle MPlug::constructHandle(MDataBlock&) const {
     const Cell* cell = hostPlug().cell();
     if (!cell) return {};
-    std::shared_ptr<Cell> copy = vesk::api::detachedCopy(*cell);
+    std::shared_ptr<Cell> copy;
+    if (cell->isArray() && cell->attr.isNumber() && !cell->attr.packed) {
+        copy = Cell::detached(cell->node, cell->attr);
+        copy->data = vesk::api::numbersOfElements(*cell);
+    } else {
+        copy = vesk::api::detachedCopy(*cell);
+    }
     return MDataHandle(copy.get(), false, copy);
 }
 

@@ -12,8 +12,29 @@ namespace vesk::api {
 using graph::Cell;
 using graph::ComputeResult;
 
+namespace {
+
+/// Whether the object's class has a `setDependentsDirty` of its own: few do, and asking costs more than all
+/// the rest of an element's dirt. A compiler that cannot tell has them all asked.
+bool overridesDependents(MPxNode& body) {
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic"
+#pragma GCC diagnostic ignored "-Wpmf-conversions"
+    using Function = MStatus (*)(MPxNode*, const MPlug&, MPlugArray&);
+    constexpr auto kMember = &MPxNode::setDependentsDirty;
+    return (Function)(body.*kMember) != (Function)(&MPxNode::setDependentsDirty);
+#pragma GCC diagnostic pop
+#else
+    (void)body;
+    return true;
+#endif
+}
+
+} // namespace
+
 PluginHost::PluginHost(graph::Node& node, std::unique_ptr<MPxNode> body)
-    : node_(node), body_(std::move(body)) {
+    : node_(node), body_(std::move(body)), asksDependents_(body_ && overridesDependents(*body_)) {
     if (body_) body_->host_ = this;
 }
 

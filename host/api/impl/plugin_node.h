@@ -29,6 +29,8 @@ class PluginHost {
     ~PluginHost();
 
     graph::ComputeResult computeBody(graph::Cell& requested);
+    /// Whether the object has a `setDependentsDirty` of its own.
+    bool asksDependents() const { return !isOrphan() && asksDependents_; }
     void askDependents(graph::Cell& cell, std::vector<graph::Cell*>& alsoDirty);
     void tellMade(graph::Cell& own, graph::Cell& other, bool asSource);
     void tellBroken(graph::Cell& own, graph::Cell& other, bool asSource);
@@ -42,6 +44,7 @@ class PluginHost {
 
     graph::Node& node_;
     std::unique_ptr<MPxNode> body_;
+    const bool asksDependents_;
     int calls_ = 0;       ///< functions of the object that are running
     bool doomed_ = false; ///< to be destroyed when the last of them returns
 };
@@ -65,7 +68,7 @@ class PluginNodeOf : public Base, public PluginHost {
         const auto result = computeBody(requested);
         return result == graph::ComputeResult::NotMine ? Base::compute(requested) : result;
     }
-    bool wantsDependents() const override { return !isOrphan(); }
+    bool wantsDependents() const override { return Base::wantsDependents() || asksDependents(); }
     void dependents(graph::Cell& cell, std::vector<graph::Cell*>& alsoDirty) override {
         Base::dependents(cell, alsoDirty);
         askDependents(cell, alsoDirty);

@@ -5,7 +5,7 @@
 class MDataBlock;
 
 namespace vesk::api {
-struct BuiltElements;
+class BuiltElements;
 } // namespace vesk::api
 
 /// Elements of a multi in the making. They show only once `MArrayDataHandle::set` took the builder.

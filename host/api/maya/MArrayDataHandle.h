@@ -17,7 +17,11 @@ class MArrayDataHandle {
     /// Logical index of the present element.
     unsigned int elementIndex(MStatus* status = nullptr);
     /// `kFailure` at the last element, and the place stays.
-    MStatus next();
+    MStatus next() {
+        if (place_ + 1 >= count_) return MStatus::kFailure;
+        ++place_;
+        return {};
+    }
     /// To the element with a logical index; `kInvalidParameter` when there is none, and the place stays.
     MStatus jumpToElement(unsigned int index);
     /// To the element at a position; `kInvalidParameter` beyond the count, and the place stays.
@@ -43,7 +47,8 @@ class MArrayDataHandle {
     void collect();
     vesk::graph::Cell* present() const;
 
-    MDataHandle multi_; ///< empty unless on a multi
-    std::vector<int> indices_;
+    MDataHandle multi_;        ///< empty unless on a multi
+    std::vector<int> indices_; ///< left empty where all elements count
+    std::size_t count_ = 0;
     std::size_t place_ = 0;
 };
