@@ -23,10 +23,14 @@ struct Allocations {
 
 } // namespace
 
-// The test program's own, so that they can be counted, in the libraries too.
-void* operator new(std::size_t size) {
+// The test program's own, so that they can be counted, in the libraries too. The forms that don't throw are
+// among them: what one of the family hands out any other takes back.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     if (size >= kLarge) ++largeCount, largeBytes += size;
-    if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
+    return std::malloc(size > 0 ? size : 1);
+}
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow)) return memory;
     throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept { std::free(memory); }
