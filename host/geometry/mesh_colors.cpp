@@ -108,6 +108,18 @@ ColorSet& Mesh::colorsForWriting() {
     return set;
 }
 
+namespace {
+
+bool isEveryVertexInOrder(std::span<const int> vertices, int vertexCount) {
+    if (vertices.size() != static_cast<std::size_t>(vertexCount)) return false;
+    for (std::size_t i = 0; i < vertices.size(); ++i) {
+        if (vertices[i] != static_cast<int>(i)) return false;
+    }
+    return true;
+}
+
+} // namespace
+
 Outcome Mesh::setVertexColors(std::span<const MColor> colors, std::span<const int> vertices) {
     if (Outcome outcome = checkTargets("vertex", colors.size(), vertices, vertexCount()); !outcome)
         return outcome;
@@ -115,6 +127,18 @@ Outcome Mesh::setVertexColors(std::span<const MColor> colors, std::span<const in
     const auto first = set.colors.size();
     bool isUsed = first == 0; // a list that is new, each colour at some corner, has nothing to throw out
     set.colors.insert(set.colors.end(), colors.begin(), colors.end());
+    if (isUsed && isEveryVertexInOrder(vertices, vertexCount())) {
+        // Corner by corner the memory is walked in its order.
+        std::vector<char> hasCorner(vertices.size(), 0);
+        const auto& faceVertices = topology_->faceVertices();
+        for (std::size_t corner = 0; corner < faceVertices.size(); ++corner) {
+            set.ids[corner] = faceVertices[corner];
+            hasCorner[static_cast<std::size_t>(faceVertices[corner])] = 1;
+        }
+        if (std::find(hasCorner.begin(), hasCorner.end(), 0) != hasCorner.end())
+            tidyColors(set, colors.size());
+        return {};
+    }
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         const auto corners = topology_->cornersOfVertex(vertices[i]);
         // The last one keeps the colour when a vertex is named twice.

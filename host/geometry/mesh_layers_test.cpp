@@ -94,6 +94,23 @@ TEST(MeshColors, GoToEveryCornerOfAVertex) {
     EXPECT_EQ(mesh.colorSetCount(), 1);
 }
 
+TEST(MeshColors, AllInOrderAreAsOneByOne) {
+    // Two triangles that share an edge, and a vertex that nobody has.
+    const std::vector<MFloatVector> points(5);
+    const Ids counts{3, 3}, connects{0, 1, 2, 2, 1, 3}, inOrder{0, 1, 2, 3, 4}, backwards{4, 3, 2, 1, 0};
+    std::vector<MColor> colors;
+    for (const int i : inOrder)
+        colors.emplace_back(static_cast<float>(i) / 8, 0.5F, 0.25F);
+    Mesh all = std::move(Mesh::create(points, counts, connects).mesh), single = all;
+    ASSERT_TRUE(all.setVertexColors(colors, inOrder));
+    ASSERT_TRUE(single.setVertexColors(std::vector<MColor>(colors.rbegin(), colors.rend()), backwards));
+    for (const int i : inOrder) {
+        EXPECT_EQ(all.vertexColor(0, i), i < 4 ? colors[static_cast<std::size_t>(i)] : unsetColor) << i;
+        EXPECT_EQ(all.vertexColor(0, i), single.vertexColor(0, i)) << i;
+    }
+    EXPECT_EQ(all.colorSet(0).colors.size(), 4U) << "the loose vertex's colour is not kept";
+}
+
 TEST(MeshColors, RefuseWhatDoesNotFitAndChangeNothing) {
     Mesh mesh = test::fold();
     EXPECT_FALSE(mesh.setVertexColors(std::vector<MColor>{red, red}, Ids{0}));
