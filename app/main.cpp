@@ -43,6 +43,10 @@ void declareRun(CLI::App& run, RawRun& raw) {
                    "set a limit of scripts: recursion, nesting, array, string, deferred, files or steps")
         ->type_name("NAME=N")
         ->allow_extra_args(false);
+    run.add_option("--threads", raw.options.threads,
+                   "threads that one node may use; the results are the same for any number")
+        ->type_name("N")
+        ->check(CLI::PositiveNumber);
     run.add_flag("--time", raw.options.time, "report what each node type cost");
     run.add_flag("--strict", raw.options.strict, "any error logged during evaluation fails the run");
     run.add_flag("--json", raw.options.json, "make data and talk machine-readable");

@@ -29,6 +29,7 @@ struct RunOptions {
     bool noPlugin = false;
     bool interactiveSession = false;
     bool time = false;
+    int threads = 0; ///< 0: as many as the machine has
     bool strict = false;
     bool json = false;
 };

@@ -9,6 +9,7 @@
 #include "host/graph/scene.h"
 #include "host/scene/export.h"
 #include "host/session/session.h"
+#include "parallel/loops.h"
 
 #include <algorithm>
 #include <chrono>
@@ -176,6 +177,7 @@ void reportCosts(const graph::Scene& scene) {
 } // namespace
 
 int runScenes(const RunOptions& options) {
+    if (options.threads > 0) parallel::setThreads(options.threads);
     const auto start = std::chrono::steady_clock::now();
     std::signal(SIGINT, onInterrupt);
     std::signal(SIGTERM, onInterrupt);
