@@ -2,6 +2,7 @@
 
 #include "nodes/arrayToPointColor/pointColors.h"
 #include "nodes/common/attributes.h"
+#include "nodes/common/choice.h"
 
 #include <maya/MFnMesh.h>
 #include <maya/MFnMeshData.h>
@@ -13,16 +14,6 @@ using Self = arrayToPointColor;
 
 constexpr const char* kLengthMismatch = "inRgbaPP array length does not match the point count.";
 
-PointSelection readSelection(MDataBlock& block, const MObject& geometry) {
-    switch (block.inputValue(Self::useComponents).asShort()) {
-    case kInputComponentList:
-        return PointSelection::ofComponents(block.inputValue(Self::inComponents).data());
-    case kInputObjectGroup:
-        return PointSelection::ofObjectGroup(geometry, block.inputValue(Self::groupId).asInt());
-    default: return {};
-    }
-}
-
 /// Colours the selected points of a mesh; the others keep theirs.
 void paint(const MPxNode& node, MDataBlock& block, MFnMesh& mesh, const MObject& geometry) {
     const auto count = static_cast<unsigned>(mesh.numVertices());
@@ -33,7 +24,8 @@ void paint(const MPxNode& node, MDataBlock& block, MFnMesh& mesh, const MObject&
                                  .clampMin = block.inputValue(Self::clampMin).asDouble(),
                                  .clampMax = block.inputValue(Self::clampMax).asDouble(),
                                  .solidAlpha = block.inputValue(Self::solidAlpha).asBool()};
-    const PointSelection selection = readSelection(block, geometry);
+    const PointSelection selection =
+        chosenBy(block, {Self::useComponents, Self::inComponents, Self::groupId}, geometry);
     const PointColors painted =
         colorsOf(input.values(), selection.mask(MFn::kMeshVertComponent, count), settings);
     // Nothing selected: no colour set either.

@@ -261,7 +261,7 @@ void run(Work& work) {
     if (work.world.isPeriodicSurface) warn(work.name, kPeriodic);
     readPoints(work, geometry);
     const auto inside =
-        chosenPoints(work.block, {Self::inGeometry, Self::useComponents, Self::inComponents, Self::groupId},
+        chosenPoints(work.block, Self::inGeometry, {Self::useComponents, Self::inComponents, Self::groupId},
                      work.world, work.name);
     MObject out = work.settings.areParticles ? geometry.data() : copyOfGeometry(work.world.geometry);
     const ConnectedVolumes volumes = readVolumes(work.node, work.block, Self::volumes, work.name);

@@ -2,6 +2,7 @@
 
 #include "nodes/boundingObject/cloud.h"
 #include "nodes/common/arrays.h"
+#include "nodes/common/choice.h"
 #include "nodes/common/steps.h"
 #include "nodes/common/world_points.h"
 #include "volume/shapes.h"
@@ -96,14 +97,8 @@ struct SourceAttributes {
 };
 
 std::vector<char> chosenPoints(const Gathering& g, const SourceAttributes& a, const WorldPoints& world) {
-    PointSelection selection;
-    const short mode = g.block.inputValue(a.useComponents).asShort();
-    if (mode == kInputComponentList) {
-        selection = PointSelection::ofComponents(g.block.inputValue(a.components).data());
-    } else if (mode == kInputObjectGroup) {
-        selection = PointSelection::ofObjectGroup(g.block.inputValue(a.geometry).data(),
-                                                  g.block.inputValue(a.groupId).asInt());
-    }
+    const PointSelection selection =
+        chosenBy(g.block, {a.useComponents, a.components, a.groupId}, g.block.inputValue(a.geometry).data());
     return selection.mask(world.pointKind(), world.points.length(), world.numCVsInV);
 }
 

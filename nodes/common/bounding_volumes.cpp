@@ -1,4 +1,5 @@
 #include "nodes/common/bounding_volumes.h"
+#include "nodes/common/choice.h"
 
 #include "nodes/common/arrays.h"
 #include "nodes/common/steps.h"
@@ -159,28 +160,20 @@ ConnectedVolumes readVolumes(const MPxNode& node, MDataBlock& block, const Volum
     return volumes;
 }
 
-std::vector<char> chosenPoints(MDataBlock& block, const ChoiceAttributes& a, const WorldPoints& world,
-                               const MString& name) {
+std::vector<char> chosenPoints(MDataBlock& block, const MObject& inGeometry, const ChoiceAttributes& a,
+                               const WorldPoints& world, const MString& name) {
     const unsigned count = world.points.length();
     const short mode = block.inputValue(a.useComponents).asShort();
     const bool areParticles = world.kind == MFnData::kVectorArray;
-    if (mode == kInputObjectGroup) {
-        if (areParticles)
-            warn(name, "Object groups are not supported for particles. Use componentList instead.");
-        return PointSelection::ofObjectGroup(block.inputValue(a.inGeometry).data(),
-                                             block.inputValue(a.groupId).asInt())
-            .mask(world.pointKind(), count, world.numCVsInV);
+    if (areParticles && mode == kInputObjectGroup)
+        warn(name, "Object groups are not supported for particles. Use componentList instead.");
+    if (mode == kInputComponentList) {
+        const MObject components = block.inputValue(a.inComponents).data();
+        if (areParticles || components.apiType() == MFn::kIntArrayData)
+            return maskOf(particleIds(components), count);
     }
-    if (mode != kInputComponentList) return std::vector<char>(count, 1);
-    const MObject components = block.inputValue(a.inComponents).data();
-    if (!areParticles && components.apiType() != MFn::kIntArrayData)
-        return PointSelection::ofComponents(components).mask(world.pointKind(), count, world.numCVsInV);
-    std::vector<char> chosen(count, 0);
-    const MIntArray ids = particleIds(components);
-    for (const int id : elements(ids)) {
-        if (id >= 0 && static_cast<unsigned>(id) < count) chosen[static_cast<std::size_t>(id)] = 1;
-    }
-    return chosen;
+    return chosenBy(block, a, block.inputValue(inGeometry).data())
+        .mask(world.pointKind(), count, world.numCVsInV);
 }
 
 } // namespace vesk::nodes

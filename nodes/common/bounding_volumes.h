@@ -2,6 +2,7 @@
 // The consumer's side of the wires from bounding objects: the attributes, and how they are read.
 
 #include "nodes/common/attributes.h"
+#include "nodes/common/choice.h"
 #include "nodes/common/world_points.h"
 #include "volume/cloud_store.h"
 #include "volume/volume_list.h"
@@ -59,14 +60,10 @@ struct ConnectedVolumes {
 ConnectedVolumes readVolumes(const MPxNode& node, MDataBlock& block, const VolumeAttributes& attributes,
                              const MString& nodeName, const VolumeReadRules& rules = {});
 
-/// The attributes with which the points of an input are chosen.
-struct ChoiceAttributes {
-    const MObject &inGeometry, &useComponents, &inComponents, &groupId;
-};
-
 /// 1 for each point that is chosen. An int array chooses points by their ids, on every kind of geometry. For
 /// particles a component stands for ids, whatever its kind, and object groups choose nothing, with a warning.
-std::vector<char> chosenPoints(MDataBlock& block, const ChoiceAttributes& attributes,
-                               const WorldPoints& world, const MString& nodeName);
+std::vector<char> chosenPoints(MDataBlock& block, const MObject& inGeometry,
+                               const ChoiceAttributes& attributes, const WorldPoints& world,
+                               const MString& nodeName);
 
 } // namespace vesk::nodes

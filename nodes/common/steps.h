@@ -4,12 +4,9 @@
 
 #include <maya/MDataBlock.h>
 #include <maya/MDataHandle.h>
-#include <maya/MIntArray.h>
 #include <maya/MObject.h>
 #include <maya/MPlug.h>
 #include <maya/MString.h>
-
-#include <vector>
 
 class MPxNode;
 
@@ -20,9 +17,6 @@ enum NodeState : short { kNormal = 0, kHasNoEffect = 1, kBlocking = 2 };
 
 /// Values of `coordinateSystem`.
 enum CoordinateSystem : short { kWorldCoordinates = 0, kObjectCoordinates = 1 };
-
-/// Values of `useComponents`.
-enum UseComponents : short { kAllPoints = 0, kInputComponentList = 1, kInputObjectGroup = 2 };
 
 /// The node's state as the plain form reads it: through the output side, nothing is evaluated.
 short nodeState(MDataBlock& block);
@@ -51,32 +45,6 @@ MObject geometryIn(MDataHandle& handle, short coordinateSystem);
 MObject firstComponent(const MObject& components);
 /// What an object group of the geometry's data holds; null when the id is negative or there is no such group.
 MObject objectGroupIn(const MObject& geometryData, int groupId);
-
-/// Points chosen by `useComponents`. Without a selection every point is in.
-class PointSelection {
-  public:
-    /// Everything.
-    PointSelection() = default;
-    /// The first entry of a component list, or a component itself; anything else (null, ids) selects nothing.
-    static PointSelection ofComponents(MObject components);
-    /// The object group of the geometry's data; nothing when the id is negative or the geometry has no such
-    /// group.
-    static PointSelection ofObjectGroup(const MObject& geometryData, int groupId);
-
-    bool isEverything() const { return everything_; }
-    /// By the point's place in the order of `MItGeometry`; surfaces count v fastest with `numCVsInV` a row.
-    /// `pointKind` is the kind of the geometry's points (`kMeshVertComponent` ...): elements of other kinds
-    /// select nothing.
-    std::vector<char> mask(MFn::Type pointKind, unsigned pointCount, unsigned numCVsInV = 0) const;
-
-  private:
-    bool everything_ = true;
-    MObject component_;
-};
-
-/// Ids that an `inComponents` input holds for particles: an int array, or the elements of a single indexed
-/// component (of a list its first entry). Empty for anything else.
-MIntArray particleIds(MObject components);
 
 /// Deletes temporary nodes of the host when it goes out of scope, and sets the command echo back.
 class QuietCommands {

@@ -2,6 +2,7 @@
 
 #include "nodes/common/array_inputs.h"
 #include "nodes/common/attributes.h"
+#include "nodes/common/choice.h"
 #include "nodes/common/points.h"
 #include "nodes/common/steps.h"
 #include "nodes/computeVelocity/velocities.h"
@@ -54,21 +55,13 @@ std::vector<char> chosenPoints(MDataBlock& block, const MObject& geometry, unsig
     const short mode = block.inputValue(Self::useComponents).asShort();
     if (mode == kAllPoints) return {};
     if (geometry.apiType() == MFn::kVectorArrayData) {
-        std::vector<char> chosen(count, 0);
-        if (mode == kInputObjectGroup) {
-            warn(name, kNoParticleGroups);
-            return chosen;
-        }
-        MIntArray ids = particleIds(block.inputValue(Self::inComponents).data());
-        for (const int id : elements(ids)) {
-            if (id >= 0 && static_cast<unsigned>(id) < count) chosen[static_cast<unsigned>(id)] = 1;
-        }
-        return chosen;
+        if (mode == kInputComponentList)
+            return maskOf(particleIds(block.inputValue(Self::inComponents).data()), count);
+        warn(name, kNoParticleGroups);
+        return std::vector<char>(count, 0);
     }
     const PointSelection selection =
-        mode == kInputObjectGroup
-            ? PointSelection::ofObjectGroup(geometry, block.inputValue(Self::groupId).asInt())
-            : PointSelection::ofComponents(block.inputValue(Self::inComponents).data());
+        chosenBy(block, {Self::useComponents, Self::inComponents, Self::groupId}, geometry);
     switch (geometry.apiType()) {
     case MFn::kNurbsCurveData: return selection.mask(MFn::kCurveCVComponent, count);
     case MFn::kNurbsSurfaceData:

@@ -1,5 +1,6 @@
 #include "nodes/multiAttributeTransfer/multiAttributeTransfer.h"
 
+#include "nodes/common/choice.h"
 #include "nodes/common/geometry_copy.h"
 #include "nodes/common/kernel_ramp.h"
 #include "nodes/common/steps.h"
@@ -80,8 +81,8 @@ MArrayDataBuilder startList(MDataBlock& block, MArrayDataHandle& present, std::s
 void writeWeights(const MPxNode& node, MDataBlock& block, const WorldPoints& world, const MString& name) {
     const auto isOn = [&](const MObject& attribute) { return block.inputValue(attribute).asBool(); };
     const auto choice = [&](const MObject& attribute) { return block.inputValue(attribute).asShort(); };
-    const auto inside = chosenPoints(
-        block, {Self::inGeometry, Self::useComponents, Self::inComponents, Self::groupId}, world, name);
+    const auto inside = chosenPoints(block, Self::inGeometry,
+                                     {Self::useComponents, Self::inComponents, Self::groupId}, world, name);
     const ConnectedVolumes volumes =
         readVolumes(node, block, Self::volumes, name, {.normals = false, .colors = false});
     std::vector<CurveRamp> falloffs;

@@ -1,6 +1,7 @@
 #include "nodes/point/pointEvaluation.h"
 
 #include "nodes/common/arrays.h"
+#include "nodes/common/choice.h"
 #include "nodes/point/point.h"
 
 #include <maya/MCommandMessage.h>
@@ -167,14 +168,8 @@ bool PointEvaluation::prepare(const Inputs& inputs, EditedGeometry& geometry) {
 // --------------------------------------------------------------------------------------------
 
 PointSelection PointEvaluation::selection() {
-    switch (block_.inputValue(Self::useComponents).asShort()) {
-    case kInputComponentList:
-        return PointSelection::ofComponents(block_.inputValue(Self::inComponents).data());
-    case kInputObjectGroup:
-        return PointSelection::ofObjectGroup(block_.inputValue(Self::inGeometry).data(),
-                                             block_.inputValue(Self::groupId).asInt());
-    default: return {};
-    }
+    return chosenBy(block_, {Self::useComponents, Self::inComponents, Self::groupId},
+                    block_.inputValue(Self::inGeometry).data());
 }
 
 PointChannels PointEvaluation::load(const EditedGeometry& geometry, const Inputs& inputs) {

@@ -1,6 +1,8 @@
 #pragma once
 // One compute of `point`: both geometries in, the blocks run, geometry and arrays out.
 
+#include "nodes/common/choice.h"
+
 #include "nodes/point/pointGeometry.h"
 #include "nodes/point/pointProcedures.h"
 

@@ -1,5 +1,6 @@
 #include "nodes/point/pointGeometry.h"
 
+#include "nodes/common/choice.h"
 #include "nodes/common/geometry_copy.h"
 
 #include <maya/MFloatVectorArray.h>
@@ -115,14 +116,7 @@ MIntArray EditedGeometry::idsOf(const PointSelection& selection) const {
     const MFn::Type kind = isMesh()                        ? MFn::kMeshVertComponent
                            : type_ == MFnData::kNurbsCurve ? MFn::kCurveCVComponent
                                                            : MFn::kSurfaceCVComponent;
-    const std::vector<char> mask = selection.mask(kind, count_, numCVsInV_);
-    MIntArray ids(count_);
-    unsigned chosen = 0;
-    for (unsigned i = 0; i < count_; ++i) {
-        if (mask[i]) ids[chosen++] = static_cast<int>(i);
-    }
-    ids.setLength(chosen);
-    return ids;
+    return selection.ids(kind, count_, numCVsInV_);
 }
 
 UvSelection EditedGeometry::uvsAt(const MIntArray& vertices, const MString& uvSet) const {

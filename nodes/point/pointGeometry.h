@@ -1,6 +1,7 @@
 #pragma once
 // The two geometries of `point`: taken from their inputs, read into channels, written back.
 
+#include "nodes/common/choice.h"
 #include "nodes/common/steps.h"
 #include "nodes/point/pointChannels.h"
 

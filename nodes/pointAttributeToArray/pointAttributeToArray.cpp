@@ -1,6 +1,7 @@
 #include "nodes/pointAttributeToArray/pointAttributeToArray.h"
 
 #include "nodes/common/attributes.h"
+#include "nodes/common/choice.h"
 #include "nodes/common/steps.h"
 #include "nodes/common/uv_sets.h"
 #include "nodes/pointAttributeToArray/pointAttributes.h"
