@@ -3,6 +3,7 @@
 #include "host/api/impl/plugin_type.h"
 #include "host/api/impl/session_hooks.h"
 #include "host/commands/attribute_commands.h"
+#include "host/commands/key_commands.h"
 #include "host/commands/node_commands.h"
 #include "host/commands/nurbs_commands.h"
 #include "host/commands/poly_commands.h"
@@ -85,6 +86,7 @@ Session::Session(SessionOptions options) : options_(std::move(options)), folders
     commands::addTransformCommands(table, *context_);
     commands::addPolyCommands(table, *context_);
     commands::addNurbsCommands(table, *context_);
+    commands::addKeyCommands(table, *context_);
     addSessionCommands(*this, *context_);
     mel_.scriptPath() = scriptFolders(folders_.scripts(), std::getenv("MAYA_SCRIPT_PATH"));
     mel_.writeFolders() = {".", folders_.app(), folders_.temporary()};
