@@ -98,5 +98,81 @@ TEST_F(Keys, StayOverSavingAndOpening) {
     EXPECT_EQ(mel("setKeyframe -t 11 -v 0 pCube1.rx; keyframe -q -vc pCube1.rx"), "10 0 60");
 }
 
+class Expressions : public Keys {};
+
+TEST_F(Expressions, AreWiredAndFollowTimeAndPlugs) {
+    EXPECT_EQ(
+        mel("expression -n wave -s \"pCube1.ty = time * 24 + pCube1.tx;\\npCube1.rx = frame * 2;\" -ae 1"),
+        "wave");
+    EXPECT_EQ(mel("isConnected wave.output[0] pCube1.ty"), "1");
+    EXPECT_EQ(mel("isConnected pCube1.tx wave.input[0]"), "1");
+    EXPECT_EQ(mel("isConnected time1.outTime wave.time"), "1");
+    EXPECT_EQ(mel("listConnections -scn on -p on pCube1.rx"), "wave.output[1]") << "degrees are converted";
+    EXPECT_EQ(mel("currentTime 12; setAttr pCube1.tx 3; getAttr pCube1.ty"), "15");
+    EXPECT_NEAR(at(45, "pCube1.rx"), 90, 1e-9);
+    EXPECT_EQ(at(6, "pCube1.ty"), 9);
+    // Names may change; what is asked for is what they are now.
+    (void)mel("rename pCube1 box");
+    EXPECT_EQ(mel("getAttr box.ty"), "15");
+    EXPECT_EQ(mel("expression -q -s wave"),
+              "box.translateY = time * 24 + box.translateX;\nbox.rotateX = frame * 2;");
+    EXPECT_EQ(mel("expression -e -s \"tz = 7;\" -o box wave; getAttr box.tz"), "7");
+    EXPECT_EQ(mel("isConnected wave.output[1] box.rx; setAttr box.ty 1"), "") << "the old wires are gone";
+}
+
+TEST_F(Expressions, LocalsBranchesAndCommandsAreMel) {
+    (void)mel(
+        "expression -n e -s \"float $h = 2;\\nif (frame > 10) { pCube1.ty = $h; } else pCube1.ty = -$h;\\n"
+        "pCube1.sx = size(`ls -type mesh`) + abs(pCube1.ty); pCube1.v = frame % 2;\"");
+    EXPECT_EQ(at(4, "pCube1.ty"), -2);
+    EXPECT_EQ(at(11, "pCube1.ty"), 2);
+    EXPECT_EQ(at(4, "pCube1.sx"), 3);
+    EXPECT_EQ(at(5, "pCube1.v"), 1);
+    // What is both read and written goes on from its last value.
+    (void)mel("expression -n count -s \"pCube1.sz = pCube1.sz + 1\"");
+    EXPECT_EQ(mel("currentTime 2; getAttr pCube1.sz; currentTime 3; getAttr pCube1.sz"), "2");
+}
+
+TEST_F(Expressions, ErrorsNameNodeAndLineAndLeaveNothing) {
+    refused("expression -s \"pCube1.ty = 1;\\npCube1.nope = 2;\"",
+            "expression: line 2 of the text: No object matches name: pCube1.nope");
+    refused("expression -s \"pCube1.ty = pCubeShape1.outMesh;\"",
+            "expression: line 1 of the text: 'pCubeShape1.outMesh' is no number.");
+    refused("setKeyframe pCube1.tz; expression -s \"pCube1.tz = 1;\"",
+            "expression: line 1 of the text: the attribute 'pCube1.translateZ' is locked or connected and "
+            "cannot be "
+            "modified.");
+    EXPECT_FALSE(session->run("expression -n bad -s \"pCube1.ty = 1;\\npCube1.tx = = 2;\"").ok);
+    const Texts syntax = complaints();
+    ASSERT_EQ(syntax.size(), 1U);
+    EXPECT_EQ(syntax[0].rfind("error: file \"bad\" line 2: ", 0), 0U) << syntax[0];
+    EXPECT_EQ(mel("size(`ls -type expression`)"), "0");
+    // At run time: once for all outputs, which stay as they were.
+    (void)mel(
+        "expression -n div -s \"pCube1.ty = 4;\\nint $n = frame - 1;\\npCube1.tx = 6 / $n;\"; currentTime 3");
+    EXPECT_EQ(mel("getAttr pCube1.tx"), "3");
+    EXPECT_EQ(mel("currentTime 1; getAttr pCube1.t"), "3 4 0");
+    const Texts division = complaints();
+    ASSERT_EQ(division.size(), 1U);
+    EXPECT_EQ(division[0].rfind("error: file \"div\" line 3: Division by zero.", 0), 0U) << division[0];
+    (void)mel("expression -n idle -s \"print(time)\"");
+    EXPECT_EQ(complaints(),
+              Texts{"warning: expression 'idle' writes no attribute: nothing will ask for it."});
+}
+
+TEST_F(Expressions, StayOverSavingAndOpening) {
+    const auto file =
+        write("wave.ma", "//Maya ASCII 2012 scene\nrequires maya \"2012\";\n"
+                         "createNode transform -n \"t\";\ncreateNode expression -n \"e\";\n"
+                         "\tsetAttr -k on \".nds\";\n\tsetAttr -s 1 \".in\";\n"
+                         "\tsetAttr \".ixp\" -type \"string\" \".O[0] = .I[0] * frame\";\n"
+                         "connectAttr \"t.tx\" \"e.in[0]\";\nconnectAttr \"e.out[0]\" \"t.ty\";\n"
+                         "connectAttr \":time1.o\" \"e.tim\";\n");
+    const std::string copy = (folder / "copy.ma").string();
+    (void)mel("file -f -o \"" + file.string() + "\"; setAttr t.tx 2; file -rename \"" + copy +
+              "\"; file -s; file -f -o \"" + copy + "\"");
+    EXPECT_EQ(at(5, "t.ty"), 10);
+}
+
 } // namespace
 } // namespace vesk

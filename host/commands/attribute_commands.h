@@ -15,6 +15,10 @@ void addAttributeCommands(mel::CommandTable& table, CommandContext& context);
 /// values, which are read straight from the stream. For scene files; scripts come through the command.
 Outcome setAttrFrom(CommandContext& context, Words& words);
 
+/// Wires the cells as `connectAttr` does: with a conversion in between where their units differ. Throws
+/// `mel::Error`.
+void connectCells(CommandContext& context, graph::Cell& source, graph::Cell& destination, bool force);
+
 // The rows of each family, for `addAttributeCommands`.
 std::span<const CommandSpec> setAttrCommands();
 std::span<const CommandSpec> getAttrCommands();

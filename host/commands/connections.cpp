@@ -83,6 +83,8 @@ Ref<graph::Node> makeConversion(graph::Scene& scene, const Cell& source, const C
     return node;
 }
 
+} // namespace
+
 void connectCells(CommandContext& context, Cell& source, Cell& destination, bool force) {
     const bool isPlain = !needsConversion(source, destination);
     require(graph::checkConnectable(source, destination));
@@ -93,6 +95,8 @@ void connectCells(CommandContext& context, Cell& source, Cell& destination, bool
     require(graph::connect(source, between->cell(*type.find("input"))));
     require(graph::connect(between->cell(*type.find("output")), destination, force));
 }
+
+namespace {
 
 // --- the commands ----------------------------------------------------------------------------------------
 

@@ -321,6 +321,7 @@ const CommandSpec kCommands[] = {{"setKeyframe",
 
 void addKeyCommands(mel::CommandTable& table, CommandContext& context) {
     addCommands(table, context, kCommands);
+    addCommands(table, context, expressionCommands());
 }
 
 } // namespace vesk::commands

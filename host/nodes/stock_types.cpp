@@ -376,7 +376,7 @@ void registerSettings(graph::TypeRegistry& types) {
                              "network"}) {
         addNode(types, name);
     }
-    for (const char* name : {"bump2d", "bump3d", "layeredShader", "layeredTexture", "expression", "animLayer",
+    for (const char* name : {"bump2d", "bump3d", "layeredShader", "layeredTexture", "animLayer",
                              "pairBlend", "choice"}) {
         addIdle<PlaceholderNode>(types, name, MFn::kDependencyNode, "node");
     }

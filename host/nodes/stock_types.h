@@ -8,7 +8,7 @@ namespace vesk::nodes {
 
 /// All of them are placeholders: what is not declared here comes to be when a file sets or connects it. After
 /// `registerTransforms` and `registerShapeBases`. Of those that act on others elsewhere (constraints,
-/// expressions ...) the first node is a warning on the log.
+/// layers of animation ...) the first node is a warning on the log.
 void registerStockTypes(graph::TypeRegistry& types);
 
 } // namespace vesk::nodes

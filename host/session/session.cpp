@@ -10,6 +10,7 @@
 #include "host/commands/transform_commands.h"
 #include "host/core/log.h"
 #include "host/nodes/default_nodes.h"
+#include "host/nodes/expression_node.h"
 #include "host/nodes/register.h"
 #include "host/scene/open.h"
 #include "host/session/session_commands.h"
@@ -72,6 +73,7 @@ std::vector<std::string> scriptFolders(const std::string& user, const char* list
 Session::Session(SessionOptions options) : options_(std::move(options)), folders_(options_.userDir) {
     graph::registerBaseTypes(types_);
     nodes::registerHostTypes(types_);
+    nodes::registerExpression(types_, mel_);
     if (const auto* base = types_.find("node")) api::bindBaseAttributes(*base);
     scene_ = std::make_unique<graph::Scene>(types_);
     nodes::createDefaultNodes(*scene_);
