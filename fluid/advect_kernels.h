@@ -62,6 +62,10 @@ struct Sampler {
         do {
             const int start = starts[__builtin_ctz(missing)];
             const Ints<W> lanes = inStep == start;
+            // What the next row asks for anew, if the flow goes on as it does here.
+            const float* const next = field + start + 2 * step[1];
+            __builtin_prefetch(next);
+            __builtin_prefetch(next + step[2]);
             addRun(corners, field + start, lanes);
             missing &= ~laneBits<W>(lanes);
         } while (missing != 0);
@@ -202,7 +206,7 @@ template <int W, class Do>
     if (x < cells) visit(x, cells - x);
 }
 
-inline constexpr int slabsAhead = 2;
+inline constexpr int slabsAhead = 4;
 
 /// The row some slabs further on, which is fetched into the cache meanwhile: the flow jumps between slabs too
 /// much for the processor to see it coming.

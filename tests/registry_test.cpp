@@ -1,9 +1,8 @@
 // Sweeps over every type of the plug-in that is there.
 
+#include "tests/registry_types.h"
 #include "tests/session_fixture.h"
 
-#include "host/graph/attribute.h"
-#include "host/graph/node_type.h"
 #include "host/session/attribute_text.h"
 
 #include <map>
@@ -12,12 +11,6 @@
 namespace vesk::tests {
 
 namespace {
-
-constexpr const char* kNames[] = {
-#define NODE(name, typeId, kind, classification, state) #name,
-#include "plugin/nodes.def"
-#undef NODE
-};
 
 std::string join(const std::vector<std::string>& columns) {
     std::string line;
@@ -51,22 +44,7 @@ Texts cardRows(const std::string& card) {
 
 class Registry : public PluginTest {
   protected:
-    std::vector<const graph::NodeType*> types() const {
-        std::vector<const graph::NodeType*> found;
-        for (const char* name : kNames) {
-            if (const auto* type = session->types().find(name)) found.push_back(type);
-        }
-        return found;
-    }
-
-    /// Attributes of the type itself, in the order of declaration.
-    static std::vector<const graph::Attribute*> own(const graph::NodeType& type) {
-        std::vector<const graph::Attribute*> attributes;
-        for (std::size_t i = type.base() ? type.base()->attributes().size() : 0; i < type.attributes().size();
-             ++i)
-            attributes.push_back(type.attributes()[i].get());
-        return attributes;
-    }
+    std::vector<const graph::NodeType*> types() const { return registeredTypes(*session); }
 };
 
 } // namespace
@@ -76,7 +54,7 @@ TEST_F(Registry, HelpCardsTellTheAttributesAsTheyAre) {
         const std::string name = type->name();
         const auto card = contentOf(std::string(VESK_SOURCE_DIR) + "/nodes/" + name + "/" + name + ".md");
         Texts actual;
-        for (const auto* attribute : own(*type)) {
+        for (const auto* attribute : ownAttributes(*type)) {
             if (isPartOfRamp(*attribute)) continue;
             const AttributeText text = attributeText(*attribute);
             actual.push_back(join({attribute->longName, attribute->shortName, text.type, text.defaultValue,
@@ -101,7 +79,7 @@ TEST_F(Registry, EveryTypeBuildsAndItsDefaultsSurviveSavingAndOpening) {
     const auto snapshot = [&] {
         std::map<std::string, std::string> values;
         for (const auto* type : types()) {
-            for (const auto* attribute : own(*type)) {
+            for (const auto* attribute : ownAttributes(*type)) {
                 if (attribute->parent || attribute->array || !attribute->isNumber()) continue;
                 const std::string plug = "the_" + type->name() + "." + attribute->longName;
                 values[plug] = mel("getAttr " + plug);
