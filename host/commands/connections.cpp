@@ -19,10 +19,10 @@ using mel::Value;
 
 std::string nameOf(const Cell& cell) { return Plug(cell).name(); }
 
-/// One end of a wire. Elements in packed storage have no place for one.
-Cell& endNamed(const CommandContext& context, const std::string& name) {
+/// One end of a wire. Elements in packed storage have no place for one, but for wires that carry nothing.
+Cell& endNamed(const CommandContext& context, const std::string& name, bool carriesNothing = false) {
     const Plug plug = plugNamed(context, name);
-    if (const auto packed = findPacked(plug); packed && packed->element >= 0) {
+    if (const auto packed = findPacked(plug); packed && packed->element >= 0 && !carriesNothing) {
         throw Error("Elements of '" + nameOf(*packed->array) + "' cannot be connected.");
     }
     return cellNamed(context, name);
@@ -114,12 +114,17 @@ void prepareEnds(const CommandContext& context, const Args& args) {
     }
 }
 
+/// An end that takes a wire of whatever kind and only says that it is there, as a shape's tweaks do.
+bool takesNoValue(const Cell& destination) {
+    return destination.attr.kind == AttrKind::Typed && destination.attr.dataType == MFnData::kAny;
+}
+
 Value connectAttr(CommandContext& context, const Args& args) {
     if (context.scene.readingFile) prepareEnds(context, args);
-    Cell& named = endNamed(context, args.word(0));
-    const std::string destinationName = args.word(1);
+    const std::string sourceName = args.word(0), destinationName = args.word(1);
     if (args.wordCount() > 2) throw Error("connectAttr takes two plugs.");
     Cell* destination = &endNamed(context, destinationName);
+    Cell& named = endNamed(context, sourceName, takesNoValue(*destination));
     if (args.isOn("nextAvailable")) destination = &nextAvailable(*destination);
     Cell& source = firstInstance(named, *destination);
     const bool force = args.isOn("force");
@@ -143,8 +148,8 @@ Cell& fedElement(const Cell& source, Cell& array) {
 }
 
 Value disconnectAttr(CommandContext& context, const Args& args) {
-    Cell& named = endNamed(context, args.word(0));
     Cell* destination = &endNamed(context, args.word(1));
+    Cell& named = endNamed(context, args.word(0), takesNoValue(*destination));
     if (args.isOn("nextAvailable")) destination = &fedElement(named, *destination);
     Cell& source = firstInstance(named, *destination);
     const std::string names = nameOf(source) + " from " + nameOf(*destination);

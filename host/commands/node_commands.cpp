@@ -1,5 +1,6 @@
 #include "host/commands/node_commands.h"
 
+#include "host/commands/deformer_chain.h"
 #include "host/commands/lookup.h"
 #include "host/commands/transform_commands.h"
 #include "host/core/log.h"
@@ -119,7 +120,11 @@ void removeUnused(CommandContext& context, Node& first) {
     while (!waiting.empty()) {
         const Ref<Node> node = waiting.back();
         waiting.pop_back();
-        bool isUsed = !node->isAlive() || node->type().isDag || node->isDefault || node->isLocked;
+        if (!node->isAlive()) continue;
+        if (isIdleDeformer(*node)) releaseSet(context, *node);
+        // Of what is in the hierarchy only the copies go that deformers start from.
+        const bool stays = node->type().isDag && !static_cast<DagNode&>(*node).isIntermediate();
+        bool isUsed = stays || node->isDefault || node->isLocked;
         std::vector<Ref<Node>> behind;
         node->eachCell([&](const graph::Cell& cell) {
             isUsed = isUsed || !cell.destinations.empty();
@@ -139,8 +144,11 @@ void deleteHistory(CommandContext& context, Node& node) {
     };
     end(node);
     if (node.type().isDag) {
-        for (DagNode* child : static_cast<DagNode&>(node).children())
-            end(*child);
+        const auto& children = static_cast<DagNode&>(node).children();
+        const std::vector<Ref<DagNode>> all(children.begin(), children.end()); // some of them may go
+        for (const auto& child : all) {
+            if (child->isAlive()) end(*child);
+        }
     }
 }
 
@@ -164,6 +172,7 @@ mel::Value deleteNodes(CommandContext& context, const Args& args) {
         if (node->isDefault)
             throw mel::Error("'" + node->uniqueName() + "' is one of the session's own nodes.");
         if (node->isLocked) throw mel::Error("'" + node->uniqueName() + "' is locked and cannot be deleted.");
+        if (node->type().isA("geometryFilter")) bypassDeformer(context, *node);
         context.scene.remove(*node);
     }
     return mel::Value();

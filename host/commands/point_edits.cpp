@@ -104,6 +104,25 @@ void addTweaks(graph::Node& shape, const std::vector<int>& indices, const std::v
 
 } // namespace
 
+Ref<Component> pointsOf(const SelectionItem& item) {
+    const auto* component = dynamic_cast<const Component*>(item.component.get());
+    if (!component) return nullptr;
+    const graph::NodeType& type = item.node->type();
+    const MFn::Type kind = type.isA("mesh")           ? MFn::kMeshVertComponent
+                           : type.isA("nurbsCurve")   ? MFn::kCurveCVComponent
+                           : type.isA("nurbsSurface") ? MFn::kSurfaceCVComponent
+                           : type.isA("particle")     ? MFn::kDynParticleSetComponent
+                                                      : MFn::kInvalid;
+    if (component->apiType() == kind) return component->copy();
+    const bool hasVertices =
+        component->apiType() == MFn::kMeshPolygonComponent || component->apiType() == MFn::kMeshEdgeComponent;
+    if (kind != MFn::kMeshVertComponent || !hasVertices) return nullptr;
+    const auto vertices = makeRef<SingleComponent>(kind);
+    for (const int vertex : indicesOf(*component, outputOf(*item.node).get()))
+        (void)vertices->add({vertex});
+    return vertices;
+}
+
 std::vector<SelectionItem> pointsNamed(const CommandContext& context, std::string_view name) {
     auto items = graph::resolve(context.scene, name);
     std::erase_if(items,

@@ -53,6 +53,17 @@ AttrRef direction(std::string longName, std::string shortName, const MVector& va
     return attribute;
 }
 
+AttrRef geometryPlug(const char* longName, const char* shortName) {
+    auto attribute = makeRef<Attribute>();
+    attribute->longName = longName;
+    attribute->shortName = shortName;
+    attribute->kind = graph::AttrKind::Generic;
+    attribute->acceptedData = {MFnData::kMesh,        MFnData::kNurbsCurve,  MFnData::kNurbsSurface,
+                               MFnData::kLattice,     MFnData::kSubdSurface, MFnData::kPluginGeometry,
+                               MFnData::kVectorArray, MFnData::kPointArray};
+    return attribute;
+}
+
 Cell& plug(Node& node, std::string_view name) { return node.cell(*node.type().find(name)); }
 
 double valueOf(Node& node, std::string_view name) { return graph::pullNumber(plug(node, name)); }

@@ -51,6 +51,8 @@ AttrRef floatNumber(std::string longName, std::string shortName, double value = 
 AttrRef triple(std::string longName, std::string shortName, UnitKind unit = UnitKind::None, double value = 0);
 /// Three doubles with a default each.
 AttrRef direction(std::string longName, std::string shortName, const MVector& value);
+/// Any kind of geometry, and the points of particles.
+AttrRef geometryPlug(const char* longName, const char* shortName);
 
 // --- reading. Names are long names of the node's type and must exist. All of it pulls.
 

@@ -18,23 +18,29 @@ using graph::typed;
 
 constexpr double kHasNoEffect = 1;
 
-/// Any kind of geometry, and the points of particles.
-AttrRef geometryPlug(const char* longName, const char* shortName) {
-    auto attribute = makeRef<Attribute>();
-    attribute->longName = longName;
-    attribute->shortName = shortName;
-    attribute->kind = graph::AttrKind::Generic;
-    attribute->acceptedData = {MFnData::kMesh,        MFnData::kNurbsCurve,  MFnData::kNurbsSurface,
-                               MFnData::kLattice,     MFnData::kSubdSurface, MFnData::kPluginGeometry,
-                               MFnData::kVectorArray, MFnData::kPointArray};
-    return attribute;
-}
-
 /// A copy to be changed; null when the data is no geometry with groups and a matrix.
 Ref<GeometryData> ownCopy(const Ref<Data>& data) {
     if (!dynamic_cast<GeometryData*>(data.get())) return nullptr;
     const Ref<Data> copy = data->clone();
     return Ref<GeometryData>(static_cast<GeometryData*>(copy.get()));
+}
+
+// --- geometryFilter
+
+void registerGeometryFilter(graph::TypeRegistry& types) {
+    NodeType& type = declareAbstract<Node>(types, "geometryFilter", MFn::kGeometryFilt, "node");
+    const auto unitRange = [](AttrRef attribute) {
+        attribute->softMin = 0;
+        attribute->softMax = 1;
+        return attribute;
+    };
+    const auto envelope = type(unitRange(floatNumber("envelope", "en", 1))->asKeyable());
+    const auto geometry = geometryPlug("inputGeometry", "ig")->notStorable()->resets();
+    const auto input = type(compound("input", "ip", {geometry, graph::integer("groupId", "gi")})->multi());
+    const auto weights = unitRange(floatNumber("weights", "w", 1)->multi(true));
+    const auto weightList = type(compound("weightList", "wl", {weights})->multi(true));
+    type.affectsAll({envelope, input, weightList},
+                    {type(geometryPlug("outputGeometry", "og")->output()->multi())});
 }
 
 // --- groupId
@@ -135,19 +141,14 @@ class Tweak : public Node {
 };
 
 void registerTweak(graph::TypeRegistry& types) {
-    NodeType& type = declare<Tweak>(types, "tweak", MFn::kTweak);
-    const auto input =
-        type(compound("input", "ip", {geometryPlug("inputGeometry", "ig"), graph::integer("groupId", "gi")})
-                 ->multi());
+    NodeType& type = declare<Tweak>(types, "tweak", MFn::kTweak, "geometryFilter");
     const auto vertex =
         compound("vertex", "vt",
                  {floatNumber("xVertex", "vx"), floatNumber("yVertex", "vy"), floatNumber("zVertex", "vz")})
             ->asPacked();
     const auto list = type(compound("vlist", "vl", {vertex})->multi());
-    type(floatNumber("envelope", "en", 1));
     type(boolean("relativeTweak", "rtw", true));
-    type.affectsAll({input, list, AttrRef(type.find("nodeState"))},
-                    {type(geometryPlug("outputGeometry", "og")->output()->multi())});
+    type.affectsAll({list}, {AttrRef(type.find("outputGeometry"))});
 }
 
 // --- transformGeometry
@@ -183,6 +184,7 @@ void registerTransformGeometry(graph::TypeRegistry& types) {
 void registerGroups(graph::TypeRegistry& types) {
     registerGroupId(types);
     registerGroupParts(types);
+    registerGeometryFilter(types);
     registerTweak(types);
     registerTransformGeometry(types);
 }

@@ -1,9 +1,10 @@
 #include "host/session/session.h"
 
-#include "host/api/impl/plugin_type.h"
+#include "host/api/impl/deformer_node.h"
 #include "host/api/impl/session_hooks.h"
 #include "host/commands/attribute_commands.h"
 #include "host/commands/key_commands.h"
+#include "host/commands/deformer_commands.h"
 #include "host/commands/node_commands.h"
 #include "host/commands/nurbs_commands.h"
 #include "host/commands/poly_commands.h"
@@ -74,6 +75,7 @@ Session::Session(SessionOptions options) : options_(std::move(options)), folders
     graph::registerBaseTypes(types_);
     nodes::registerHostTypes(types_);
     nodes::registerExpression(types_, mel_);
+    api::setPluginBase(MPxNode::kDeformerNode, api::pluginDeformers());
     if (const auto* base = types_.find("node")) api::bindBaseAttributes(*base);
     scene_ = std::make_unique<graph::Scene>(types_);
     nodes::createDefaultNodes(*scene_);
@@ -89,6 +91,7 @@ Session::Session(SessionOptions options) : options_(std::move(options)), folders
     commands::addPolyCommands(table, *context_);
     commands::addNurbsCommands(table, *context_);
     commands::addKeyCommands(table, *context_);
+    commands::addDeformerCommands(table, *context_);
     addSessionCommands(*this, *context_);
     mel_.scriptPath() = scriptFolders(folders_.scripts(), std::getenv("MAYA_SCRIPT_PATH"));
     mel_.writeFolders() = {".", folders_.app(), folders_.temporary()};

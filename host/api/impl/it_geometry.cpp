@@ -24,6 +24,30 @@ MItGeometry::MItGeometry(MDataHandle& handle, bool readOnly, MStatus* status)
     readOnly_ = readOnly || object_.isReadOnly();
 }
 
+MItGeometry::MItGeometry(MDataHandle& handle, int groupId, bool readOnly, MStatus* status)
+    : MItGeometry(handle, readOnly, status) {
+    const auto* data = dynamic_cast<const GeometryData*>(object_.hostObject());
+    if (data) limitTo(groupId < 0 ? nullptr : data->groups().component(static_cast<unsigned int>(groupId)));
+}
+
+/// To the points of a component; to none for null and for components of another kind.
+void MItGeometry::limitTo(const vesk::Component* component) {
+    const MObject first = currentItem();
+    const bool fits = component && component->apiType() == first.apiType();
+    if (fits && component->isComplete()) return;
+    limited_ = true;
+    if (const auto* single = dynamic_cast<const vesk::SingleComponent*>(component); single && fits) {
+        for (std::size_t i = 0; i < single->count() && single->at(i)[0] < distinctU_; ++i)
+            chosen_.push_back(single->at(i)[0]);
+    } else if (const auto* pairs = dynamic_cast<const vesk::DoubleComponent*>(component); pairs && fits) {
+        for (std::size_t i = 0; i < pairs->count(); ++i) {
+            const auto [u, v] = pairs->at(i);
+            if (u < distinctU_ && v < distinctV_) chosen_.push_back(u * numCVsInV_ + v);
+        }
+    }
+    (void)reset();
+}
+
 MItGeometry::MItGeometry(const MObject& geometry, MStatus* status) {
     const vesk::Object* what = geometry.hostObject();
     if (const auto* mesh = dynamic_cast<const MeshData*>(what)) {
@@ -45,11 +69,17 @@ MItGeometry::MItGeometry(const MObject& geometry, MStatus* status) {
 }
 
 bool MItGeometry::isDone(MStatus* status) const {
+    if (limited_) return answer(status, place_ >= chosen_.size());
     return answer(status, index_ >= (numCVsInV_ > 0 ? distinctU_ * numCVsInV_ : distinctU_));
 }
 
 MStatus MItGeometry::next() {
     if (isDone()) return MStatus::kFailure;
+    if (limited_) {
+        ++place_;
+        if (place_ < chosen_.size()) index_ = chosen_[place_];
+        return {};
+    }
     ++index_;
     skipRepeated();
     return {};
@@ -60,7 +90,8 @@ void MItGeometry::skipRepeated() {
 }
 
 MStatus MItGeometry::reset() {
-    index_ = 0;
+    place_ = 0;
+    index_ = chosen_.empty() ? 0 : chosen_.front();
     return {};
 }
 
@@ -68,9 +99,12 @@ int MItGeometry::index(MStatus* status) const {
     return answer(status, index_, isDone() ? MStatus::kFailure : MStatus::kSuccess);
 }
 
-int MItGeometry::count(MStatus* status) const { return answer(status, count_); }
+int MItGeometry::count(MStatus* status) const {
+    return answer(status, limited_ ? static_cast<int>(chosen_.size()) : count_);
+}
 
 int MItGeometry::exactCount(MStatus* status) const {
+    if (limited_) return count(status);
     return answer(status, numCVsInV_ > 0 ? distinctU_ * distinctV_ : distinctU_);
 }
 

@@ -111,6 +111,11 @@ void PluginHost::tellBroken(Cell& own, Cell& other, bool asSource) {
     call("connectionBroken", &own, [&] { body_->connectionBroken(MPlug(own), MPlug(other), asSource); });
 }
 
+void PluginHost::callBody(const char* function, const Cell& cell,
+                          const std::function<void(MPxNode&)>& action) {
+    call(function, &cell, [&] { action(*body_); });
+}
+
 void PluginHost::startBody() {
     for (const auto& attribute : node_.type().attributes()) {
         if (attribute->ramp == graph::RampKind::None || attribute->multiDepth() != 1) continue;

@@ -6,6 +6,7 @@
 #include <maya/MPlugArray.h>
 #include <maya/MPxNode.h>
 
+#include <functional>
 #include <memory>
 
 namespace vesk::api {
@@ -36,6 +37,8 @@ class PluginHost {
     void tellBroken(graph::Cell& own, graph::Cell& other, bool asSource);
     /// First entries of ramps, then the object's `postConstructor`.
     void startBody();
+    /// Calls another function of the object, guarded as those above; `cell` is what an error names.
+    void callBody(const char* function, const graph::Cell& cell, const std::function<void(MPxNode&)>& action);
 
   private:
     class Call;

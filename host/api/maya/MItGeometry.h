@@ -5,7 +5,14 @@
 #include <maya/MSpace.h>
 #include <maya/MStatus.h>
 
+#include <cstddef>
+#include <vector>
+
 class MDataHandle;
+
+namespace vesk {
+class Component;
+}
 
 /// Walks the points of a mesh, curve or surface in the order of all per-point arrays: vertices by id, CVs by
 /// index, a surface's with v fastest. Of periodic shapes only the distinct CVs are visited.
@@ -14,6 +21,8 @@ class MDataHandle;
 class MItGeometry {
   public:
     explicit MItGeometry(MDataHandle& handle, bool readOnly = true, MStatus* status = nullptr);
+    /// Only the points in an object group of the data; none when it has no such group.
+    MItGeometry(MDataHandle& handle, int groupId, bool readOnly = true, MStatus* status = nullptr);
     explicit MItGeometry(const MObject& geometry, MStatus* status = nullptr);
 
     bool isDone(MStatus* status = nullptr) const;
@@ -32,10 +41,14 @@ class MItGeometry {
 
   private:
     void skipRepeated();
+    void limitTo(const vesk::Component* component);
 
     MObject object_;
     bool readOnly_ = true;
     int index_ = 0;
+    bool limited_ = false;
+    std::vector<int> chosen_; ///< indices to visit, when limited
+    std::size_t place_ = 0;   ///< among these
     int count_ = 0;
     int numCVsInV_ = 0; ///< of a surface
     int distinctU_ = 0, distinctV_ = 0;
