@@ -106,6 +106,10 @@ void Mesh::setAllEdgesHard(bool hard) {
     pointsChanged();
 }
 
+const MeshIndex& Mesh::index() const {
+    return *cache_->index.get([this] { return std::make_unique<const MeshIndex>(*this); });
+}
+
 double Mesh::edgeLength(int edge) const {
     const MeshEdge ends = topology_->edges()[edge];
     return (point(ends.b) - point(ends.a)).length();

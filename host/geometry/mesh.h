@@ -23,6 +23,7 @@ namespace vesk::geom {
 
 class MeshAppender;
 class MeshCache;
+class MeshIndex;
 struct MeshResult;
 
 /// Texture coordinates: a list of (u, v) pairs and, per corner, which pair it has.
@@ -154,6 +155,10 @@ class Mesh {
     std::array<int, 3> triangleVertices(int face, int triangle) const;
     /// The same as places 0.. in the face's own loop.
     std::array<int, 3> triangleLocalCorners(int face, int triangle) const;
+
+    /// For hits of rays and nearest points; made when first asked for, and kept by all copies of the mesh
+    /// until their points change.
+    const MeshIndex& index() const;
 
     // ---- measures ----
 

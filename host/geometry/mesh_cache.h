@@ -2,6 +2,7 @@
 // What a mesh derives from its points and keeps until they change.
 
 #include "host/geometry/mesh.h"
+#include "host/geometry/mesh_index.h"
 
 #include <atomic>
 #include <mutex>
@@ -36,11 +37,12 @@ class MeshCache {
 
     MadeOnce<Vectors> faceNormals, vertexNormals, weightedVertexNormals, cornerNormals;
     MadeOnce<std::vector<TriangleCorners>> triangles;
+    MadeOnce<std::unique_ptr<const MeshIndex>> index;
 
     /// Whether anything in here would be out of date after a change.
     bool holdsAnything() const {
         return faceNormals.made() || vertexNormals.made() || weightedVertexNormals.made() ||
-               cornerNormals.made() || triangles.made();
+               cornerNormals.made() || triangles.made() || index.made();
     }
     std::size_t byteSize() const {
         std::size_t bytes = 0;
@@ -48,6 +50,7 @@ class MeshCache {
             if (const Vectors* vectors = kept->made()) bytes += vectors->capacity() * sizeof(MFloatVector);
         }
         if (const auto* kept = triangles.made()) bytes += kept->capacity() * sizeof(TriangleCorners);
+        if (const auto* kept = index.made()) bytes += (*kept)->byteSize();
         return bytes;
     }
 };

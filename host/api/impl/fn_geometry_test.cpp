@@ -23,6 +23,7 @@
 #include <maya/MItMeshPolygon.h>
 #include <maya/MItMeshVertex.h>
 #include <maya/MMeshIntersector.h>
+#include <maya/MMeshIsectAccelParams.h>
 #include <maya/MMeshSmoothOptions.h>
 #include <maya/MPointArray.h>
 #include <maya/MStringArray.h>
@@ -407,6 +408,55 @@ TEST(NurbsFunctionSet, CreatesCurvesThatAddUp) {
     EXPECT_EQ(status, MStatus::kInvalidParameter);
     (void)made(2, 4, MObject());
     EXPECT_EQ(status, MStatus::kInvalidParameter) << "nowhere to put it";
+}
+
+TEST(MeshRays, SpacesResultsAndWhatIsRefused) {
+    MObject data = twoSquares();
+    MMatrix moved; // twice as large and 10 along x
+    moved[0][0] = moved[1][1] = moved[2][2] = 2;
+    moved[3][0] = 10;
+    MFnGeometryData(data).setMatrix(moved);
+    const MFnMesh mesh(data);
+    MFloatPoint point(9, 9, 9);
+    float param = 7, u = 7, v = 7;
+    int face = 7, triangle = 7;
+    auto params = MFnMesh::autoUniformGridParams();
+    const auto cast = [&](const MFloatPoint& from, const MFloatVector& along, MSpace::Space space, float max,
+                          bool both) {
+        return mesh.closestIntersection(from, along, nullptr, nullptr, true, space, max, both, &params, point,
+                                        &param, &face, &triangle, &u, &v);
+    };
+    EXPECT_FALSE(cast({13.5F, 1, 6}, {0, 0, -3}, MSpace::kWorld, 1.9F, false));
+    EXPECT_EQ(point, MFloatPoint(9, 9, 9));
+    EXPECT_EQ(std::tuple(param, face, triangle, u, v), std::tuple(7.0F, 7, 7, 7.0F, 7.0F)) << "a miss";
+    // In the mesh's own space at (1.75, 0.5), on the triangle 1 2 5 of the second square.
+    ASSERT_TRUE(cast({13.5F, 1, 6}, {0, 0, -3}, MSpace::kWorld, 2, false));
+    EXPECT_EQ(point, MFloatPoint(13.5F, 1, 0));
+    EXPECT_EQ(std::tuple(param, face, triangle, u, v), std::tuple(2.0F, 1, 0, 0.25F, 0.25F));
+    EXPECT_FALSE(cast({13.5F, 1, 6}, {0, 0, 3}, MSpace::kWorld, 2, false));
+    EXPECT_TRUE(cast({13.5F, 1, 6}, {0, 0, 3}, MSpace::kWorld, 2, true));
+    EXPECT_EQ(param, -2);
+    EXPECT_FALSE(cast({13.5F, 1, 6}, {0, 0, -3}, MSpace::kObject, 9, true));
+    EXPECT_TRUE(cast({1.75F, 0.5F, 6}, {0, 0, -3}, MSpace::kObject, 9, false));
+
+    MFloatPointArray points;
+    MFloatArray at;
+    EXPECT_TRUE(mesh.allIntersections({1, 0.5F, 1}, {0, 0, -1}, nullptr, nullptr, false, MSpace::kObject, 9,
+                                      false, nullptr, true, points, &at, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_EQ(points.length(), 2U) << "on the common edge";
+    EXPECT_EQ(at.length(), 2U);
+    EXPECT_TRUE(mesh.anyIntersection({1, 0.5F, 1}, {0, 0, -1}, nullptr, nullptr, false, MSpace::kObject, 1,
+                                     true, nullptr, point, nullptr, nullptr, nullptr, nullptr, nullptr));
+    const MIntArray faces(1, 0);
+    MStatus status;
+    EXPECT_FALSE(mesh.anyIntersection({1, 0.5F, 1}, {0, 0, -1}, &faces, nullptr, false, MSpace::kObject, 1,
+                                      true, nullptr, point, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                                      &status));
+    EXPECT_EQ(status, MStatus::kNotImplemented);
+    EXPECT_FALSE(MFnMesh().anyIntersection({1, 0.5F, 1}, {0, 0, -1}, nullptr, nullptr, false, MSpace::kObject,
+                                           1, true, nullptr, point, nullptr, nullptr, nullptr, nullptr,
+                                           nullptr, 0, &status));
+    EXPECT_EQ(status, MStatus::kInvalidParameter);
 }
 
 TEST(MeshIntersector, QueriesAreTakenThroughTheInverseOfTheMatrix) {

@@ -14,6 +14,7 @@ class MFloatPointArray;
 class MFloatVector;
 class MFloatVectorArray;
 class MIntArray;
+class MMeshIsectAccelParams;
 class MMeshSmoothOptions;
 class MPoint;
 class MPointArray;
@@ -26,7 +27,9 @@ class MeshWalk;
 }
 namespace vesk::geom {
 class Mesh;
-}
+struct Ray;
+struct RayQuery;
+} // namespace vesk::geom
 class MMatrix;
 
 inline constexpr double kMFnMeshPointTolerance = 1.0e-10;
@@ -144,6 +147,39 @@ class MFnMesh : public MFnBase {
                                 const MColor* defaultUnsetColor = nullptr) const;
     MStatus setVertexColors(const MColorArray& colors, const MIntArray& vertices);
 
+    // --- rays ---
+    //
+    // A face is hit from either side. Params count in lengths of the direction, which need not be of unit
+    // length; they reach from 0 to `maxParam`, or from -maxParam when both directions are tested. A hit up to
+    // `tolerance` times the length of an edge outside a triangle still counts. Weights are of the triangle's
+    // first two corners. A miss leaves every result alone. False, with `kInvalidParameter`, without a mesh,
+    // and with `kNotImplemented` when the faces or triangles that count are named: the ids must be null.
+    // `idsSorted` and `accelParams` change nothing. Safe from several threads while nothing edits the mesh.
+
+    /// The hit nearest to the source, whose param keeps its sign; of equals the lowest face, then triangle.
+    bool closestIntersection(const MFloatPoint& raySource, const MFloatVector& rayDirection,
+                             const MIntArray* faceIds, const MIntArray* triIds, bool idsSorted,
+                             MSpace::Space space, float maxParam, bool testBothDirections,
+                             MMeshIsectAccelParams* accelParams, MFloatPoint& hitPoint, float* hitRayParam,
+                             int* hitFace, int* hitTriangle, float* hitBary1, float* hitBary2,
+                             float tolerance = 1e-6F, MStatus* status = nullptr) const;
+    /// Whether there is a hit, and the nearest one.
+    bool anyIntersection(const MFloatPoint& raySource, const MFloatVector& rayDirection,
+                         const MIntArray* faceIds, const MIntArray* triIds, bool idsSorted,
+                         MSpace::Space space, float maxParam, bool testBothDirections,
+                         MMeshIsectAccelParams* accelParams, MFloatPoint& hitPoint, float* hitRayParam,
+                         int* hitFace, int* hitTriangle, float* hitBary1, float* hitBary2,
+                         float tolerance = 1e-6F, MStatus* status = nullptr) const;
+    /// All hits, by ascending param whether or not that is asked for.
+    bool allIntersections(const MFloatPoint& raySource, const MFloatVector& rayDirection,
+                          const MIntArray* faceIds, const MIntArray* triIds, bool idsSorted,
+                          MSpace::Space space, float maxParam, bool testBothDirections,
+                          MMeshIsectAccelParams* accelParams, bool sortHits, MFloatPointArray& hitPoints,
+                          MFloatArray* hitRayParams, MIntArray* hitFaces, MIntArray* hitTriangles,
+                          MFloatArray* hitBary1s, MFloatArray* hitBary2s, float tolerance = 1e-6F,
+                          MStatus* status = nullptr) const;
+    static MMeshIsectAccelParams autoUniformGridParams();
+
   protected:
     bool accepts(const vesk::Object& object) const override;
 
@@ -154,6 +190,9 @@ class MFnMesh : public MFnBase {
     vesk::geom::Mesh* editable(MStatus& status);
     /// Null when the space is the mesh's own.
     const MMatrix* matrixFor(MSpace::Space space) const;
+    bool rayQuery(const vesk::geom::Ray& ray, const MIntArray* faceIds, const MIntArray* triIds,
+                  MSpace::Space space, float maxParam, bool testBothDirections, float tolerance,
+                  vesk::geom::RayQuery& query, MStatus* status) const;
     MObject place(const vesk::geom::Mesh& mesh, MObject parentOrOwner, MStatus* status);
 
     MObject shape_; ///< the shape, while `object_` holds the data read from it

@@ -12,7 +12,7 @@ class MObject;
 class MPoint;
 
 namespace vesk::geom {
-class ClosestPoints;
+class Mesh;
 }
 
 /// A point of a mesh, as `MMeshIntersector` finds it, in the mesh's own space.
@@ -47,11 +47,11 @@ class MMeshIntersector {
     /// Of mesh data or a mesh shape; `kInvalidParameter` for anything else. Later changes of the mesh do not
     /// count.
     MStatus create(MObject& mesh, const MMatrix& matrix = MMatrix::identity);
-    bool isCreated() const { return closest_ != nullptr; }
+    bool isCreated() const { return mesh_ != nullptr; }
     /// `kFailure`, and the point left alone, when nothing lies within the distance.
     MStatus getClosestPoint(const MPoint& point, MPointOnMesh& found, double maxDistance = DBL_MAX) const;
 
   private:
-    std::unique_ptr<vesk::geom::ClosestPoints> closest_;
+    std::unique_ptr<const vesk::geom::Mesh> mesh_;
     MMatrix inverse_;
 };

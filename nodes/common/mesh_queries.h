@@ -1,0 +1,53 @@
+#pragma once
+// Many questions to one mesh at a time: hits of rays, nearest points. The one place that knows whether the
+// host answers on several threads at once.
+
+#include <maya/MFloatPoint.h>
+#include <maya/MFloatVector.h>
+#include <maya/MMatrix.h>
+#include <maya/MObject.h>
+#include <maya/MPoint.h>
+
+#include <cfloat>
+#include <span>
+#include <vector>
+
+class MFnMesh;
+
+namespace vesk::nodes {
+
+struct RayHit {
+    MFloatPoint point;
+    int face = -1;
+
+    explicit operator bool() const { return face >= 0; }
+};
+
+struct RayReach {
+    float maxParam = 1e9F;
+    bool bothDirections = false;
+    float tolerance = 1e-6F;
+};
+
+/// Of each ray the nearest hit in world space, as `MFnMesh::closestIntersection` gives it. There are as many
+/// directions as sources; a direction of no length hits nothing.
+std::vector<RayHit> firstHits(const MFnMesh& mesh, std::span<const MFloatPoint> sources,
+                              std::span<const MFloatVector> directions, const RayReach& reach);
+
+/// What `MPointOnMesh` holds.
+struct NearestPoint {
+    MFloatPoint point;
+    MFloatVector normal; ///< of the face
+    int face = -1, triangle = -1;
+    float u = 0, v = 0; ///< weights of the triangle's first two corners
+
+    explicit operator bool() const { return face >= 0; }
+};
+
+/// Of each point the nearest of the mesh, as a `MMeshIntersector` made with the matrix gives it: in the
+/// mesh's own space. What lies beyond `maxDistance` is not found, and nothing is on an object that is no
+/// mesh.
+std::vector<NearestPoint> nearestPoints(MObject& mesh, const MMatrix& matrix, std::span<const MPoint> points,
+                                        double maxDistance = DBL_MAX);
+
+} // namespace vesk::nodes
