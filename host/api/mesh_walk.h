@@ -21,7 +21,12 @@ class MeshWalk {
     MStatus reset() { return index_ = 0, MStatus(); }
     int index(MStatus* status = nullptr) const;
     /// Moves there; walking on from there is fine, `previous` gets the id left behind.
-    MStatus setIndex(int index, int& previous);
+    MStatus setIndex(int index, int& previous) {
+        if (index < 0 || index >= count_) return MStatus::kFailure;
+        previous = index_;
+        index_ = index;
+        return {};
+    }
     int count(MStatus* status = nullptr) const;
     /// A component of this element alone.
     MObject currentItem(MStatus* status = nullptr) const;

@@ -176,6 +176,14 @@ void MeshTopology::buildFans() const {
         FanWalker walker(*this, f);
         for (int v = 0; v < vertexCount_; ++v)
             walker.order(v);
+        f.farEnds.resize(f.vertexEdges.size());
+        f.onBoundary.assign(static_cast<std::size_t>(vertexCount_), 0);
+        for (int v = 0; v < vertexCount_; ++v) {
+            for (int i = f.edgeStart[v]; i < f.edgeStart[v + 1]; ++i) {
+                f.farEnds[i] = otherEnd(f.vertexEdges[i], v);
+                if (isBoundaryEdge(f.vertexEdges[i])) f.onBoundary[v] = 1;
+            }
+        }
         fansReady_.store(true, std::memory_order_release);
     });
 }
@@ -186,12 +194,6 @@ void MeshTopology::facesOfVertex(int vertex, std::vector<int>& out) const {
         const int face = faceOfCorner(corner);
         if (!repeatedVertex_ || std::find(out.begin(), out.end(), face) == out.end()) out.push_back(face);
     }
-}
-
-void MeshTopology::verticesOfVertex(int vertex, std::vector<int>& out) const {
-    out.clear();
-    for (const int edge : edgesOfVertex(vertex))
-        out.push_back(otherEnd(edge, vertex));
 }
 
 void MeshTopology::facesOfEdge(int edge, std::vector<int>& out) const {
@@ -258,11 +260,6 @@ int MeshTopology::faceCountOfVertex(int vertex) const {
     std::vector<int> faces;
     facesOfVertex(vertex, faces);
     return static_cast<int>(faces.size());
-}
-
-bool MeshTopology::isBoundaryVertex(int vertex) const {
-    const auto ids = edgesOfVertex(vertex);
-    return std::any_of(ids.begin(), ids.end(), [this](int e) { return isBoundaryEdge(e); });
 }
 
 bool MeshTopology::isBoundaryFace(int face) const {

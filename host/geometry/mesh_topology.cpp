@@ -365,8 +365,9 @@ std::size_t MeshTopology::byteSize() const {
     }
     if (fansReady_.load(std::memory_order_acquire)) {
         for (const auto* ids :
-             {&fans_.edgeStart, &fans_.vertexEdges, &fans_.cornerStart, &fans_.vertexCorners})
+             {&fans_.edgeStart, &fans_.vertexEdges, &fans_.farEnds, &fans_.cornerStart, &fans_.vertexCorners})
             bytes += ids->capacity() * sizeof(int);
+        bytes += fans_.onBoundary.capacity();
     }
     return bytes;
 }

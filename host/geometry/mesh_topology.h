@@ -129,6 +129,10 @@ class MeshTopology {
     std::span<const int> edgesOfVertex(int vertex) const {
         return slice(fans().vertexEdges, fans().edgeStart, vertex);
     }
+    /// The far end of each of `edgesOfVertex`.
+    std::span<const int> verticesOfVertex(int vertex) const {
+        return slice(fans().farEnds, fans().edgeStart, vertex);
+    }
     /// Corners at a vertex in the same round.
     std::span<const int> cornersOfVertex(int vertex) const {
         return slice(fans().vertexCorners, fans().cornerStart, vertex);
@@ -136,11 +140,10 @@ class MeshTopology {
 
     // The lists below replace what `out` holds.
 
-    void facesOfVertex(int vertex, std::vector<int>& out) const;    ///< in the round's order, each face once
-    void verticesOfVertex(int vertex, std::vector<int>& out) const; ///< far end of each of `edgesOfVertex`
-    void facesOfEdge(int edge, std::vector<int>& out) const;        ///< ascending, each once
-    void edgesTouchingEdge(int edge, std::vector<int>& out) const;  ///< ascending, without itself
-    void facesAcrossEdges(int face, std::vector<int>& out) const;   ///< sharing an edge; ascending
+    void facesOfVertex(int vertex, std::vector<int>& out) const;   ///< in the round's order, each face once
+    void facesOfEdge(int edge, std::vector<int>& out) const;       ///< ascending, each once
+    void edgesTouchingEdge(int edge, std::vector<int>& out) const; ///< ascending, without itself
+    void facesAcrossEdges(int face, std::vector<int>& out) const;  ///< sharing an edge; ascending
     void edgesTouchingFace(int face,
                            std::vector<int>& out) const; ///< at its vertices, not its own; ascending
     void verticesAroundFace(int face, std::vector<int>& out) const; ///< one edge away; ascending
@@ -148,8 +151,9 @@ class MeshTopology {
     int faceCountOfEdge(int edge) const; ///< different faces along it
     int faceCountOfVertex(int vertex) const;
     bool isBoundaryEdge(int edge) const { return faceCountOfEdge(edge) == 1; }
-    bool isBoundaryVertex(int vertex) const; ///< any edge at it is a boundary edge
-    bool isBoundaryFace(int face) const;     ///< any of its edges is a boundary edge
+    /// Whether any edge at it is a boundary edge.
+    bool isBoundaryVertex(int vertex) const { return fans().onBoundary[vertex] != 0; }
+    bool isBoundaryFace(int face) const; ///< any of its edges is a boundary edge
 
     /// The first corner of the face at this vertex, or -1. Searches the shorter of the face's and the
     /// vertex's corners.
@@ -174,7 +178,9 @@ class MeshTopology {
     };
     struct Fans {
         std::vector<int> edgeStart, vertexEdges;     ///< vertexCount + 1 offsets; edges round each vertex
+        std::vector<int> farEnds;                    ///< in step with `vertexEdges`
         std::vector<int> cornerStart, vertexCorners; ///< the same for corners
+        std::vector<std::uint8_t> onBoundary;        ///< 1 for a vertex on the boundary
     };
     friend class FanWalker;
 

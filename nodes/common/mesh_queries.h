@@ -1,6 +1,6 @@
 #pragma once
-// Many questions to one mesh at a time: hits of rays, nearest points. The one place that knows whether the
-// host answers on several threads at once.
+// Many questions to one mesh at a time: hits of rays, nearest points. With vertex_walks.h the one place that
+// knows whether the host answers on several threads at once.
 
 #include <maya/MFloatPoint.h>
 #include <maya/MFloatVector.h>

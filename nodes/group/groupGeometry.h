@@ -2,7 +2,7 @@
 // The geometry of `group` as its stages see it: points, normals and neighbours, whatever came in.
 
 #include "nodes/group/elementSet.h"
-#include "nodes/group/meshLinks.h"
+#include "nodes/common/mesh_links.h"
 
 #include <maya/MObject.h>
 #include <maya/MPlug.h>

@@ -273,6 +273,12 @@ MStatus MFnMesh::getPoints(MFloatPointArray& points, MSpace::Space space) const 
     return {};
 }
 
+const float* MFnMesh::getRawPoints(MStatus* status) const {
+    if (!mesh()) return answer(status, static_cast<const float*>(nullptr), MStatus::kInvalidParameter);
+    const auto& points = mesh()->points();
+    return answer(status, points.empty() ? nullptr : &points.front().x);
+}
+
 MStatus MFnMesh::getPoint(int vertex, MPoint& point, MSpace::Space space) const {
     if (!mesh()) return MStatus::kInvalidParameter;
     if (!mesh()->topology().hasVertex(vertex)) return MStatus::kFailure;

@@ -49,7 +49,14 @@ MStatus MItMeshVertex::getConnectedEdges(MIntArray& edges) const {
 
 MStatus MItMeshVertex::getConnectedVertices(MIntArray& vertices) const {
     if (!isHere()) return MStatus::kFailure;
-    topology().verticesOfVertex(index_, storage(vertices));
+    const auto round = topology().verticesOfVertex(index_);
+    storage(vertices).assign(round.begin(), round.end());
+    return {};
+}
+
+MStatus MItMeshVertex::numConnectedEdges(int& count) const {
+    if (!isHere()) return MStatus::kFailure;
+    count = static_cast<int>(topology().edgesOfVertex(index_).size());
     return {};
 }
 

@@ -22,12 +22,6 @@ int MeshWalk::index(MStatus* status) const {
     return answer(status, index_, isHere() ? MStatus::kSuccess : MStatus::kFailure);
 }
 
-MStatus MeshWalk::setIndex(int index, int& previous) {
-    if (index < 0 || index >= count_) return MStatus::kFailure;
-    previous = std::exchange(index_, index);
-    return {};
-}
-
 int MeshWalk::count(MStatus* status) const { return answer(status, count_); }
 
 MObject MeshWalk::currentItem(MStatus* status) const {

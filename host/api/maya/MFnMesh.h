@@ -88,6 +88,8 @@ class MFnMesh : public MFnBase {
 
     MStatus getPoints(MPointArray& points, MSpace::Space space = MSpace::kObject) const;
     MStatus getPoints(MFloatPointArray& points, MSpace::Space space = MSpace::kObject) const;
+    /// x, y, z of each vertex in object space, in place, until the mesh is edited; null without a mesh.
+    const float* getRawPoints(MStatus* status = nullptr) const;
     MStatus getPoint(int vertex, MPoint& point, MSpace::Space space = MSpace::kObject) const;
     MStatus setPoints(const MPointArray& points, MSpace::Space space = MSpace::kObject);
     MStatus setPoints(const MFloatPointArray& points, MSpace::Space space = MSpace::kObject);

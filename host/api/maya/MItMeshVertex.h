@@ -26,6 +26,7 @@ class MItMeshVertex : public vesk::api::MeshWalk {
     MStatus getConnectedFaces(MIntArray& faces) const;
     MStatus getConnectedEdges(MIntArray& edges) const;
     MStatus getConnectedVertices(MIntArray& vertices) const;
+    MStatus numConnectedEdges(int& count) const;
 
     /// The mean of the face-vertex colours, (-1,-1,-1,-1) when there is none.
     MStatus getColor(MColor& color, const MString* colorSet = nullptr) const;

@@ -4,6 +4,7 @@
 #include <maya/MFnMesh.h>
 #include <maya/MObject.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -18,10 +19,13 @@ struct Links {
     std::vector<std::uint32_t> start{0};
     std::vector<int> ids;
 
-    std::span<const int> of(int element) const {
-        const auto at = static_cast<std::size_t>(element);
-        return {ids.data() + start[at], start[at + 1] - start[at]};
+    std::size_t count() const { return start.size() - 1; }
+    std::span<const int> of(std::size_t element) const {
+        return {ids.data() + start[element], start[element + 1] - start[element]};
     }
+    std::span<const int> of(int element) const { return of(static_cast<std::size_t>(element)); }
+    /// What was appended to `ids` since the last list is the next one.
+    void endList() { start.push_back(static_cast<std::uint32_t>(ids.size())); }
     /// For each id below `count` the elements whose lists hold it, ascending.
     Links inverted(int count) const;
 };

@@ -1,4 +1,4 @@
-#include "nodes/group/meshLinks.h"
+#include "nodes/common/mesh_links.h"
 
 #include <maya/MIntArray.h>
 #include <maya/MItMeshPolygon.h>
@@ -10,8 +10,6 @@
 namespace vesk::nodes {
 
 namespace {
-
-void endList(Links& links) { links.start.push_back(static_cast<std::uint32_t>(links.ids.size())); }
 
 /// Where the lists begin of which each id's is as long as the id occurs often.
 std::vector<std::uint32_t> startsOf(const std::vector<int>& ids, int count) {
@@ -53,7 +51,7 @@ const Links& MeshLinks::faceVertices() {
     for (unsigned face = 0; face < counts.length(); ++face) {
         for (int i = 0; i < counts[face]; ++i)
             links.ids.push_back(vertices[corner++]);
-        endList(links);
+        links.endList();
     }
     return faceVertices_.emplace(std::move(links));
 }
@@ -66,7 +64,7 @@ const Links& MeshLinks::faceEdges() {
         face.getEdges(edges);
         for (unsigned i = 0; i < edges.length(); ++i)
             links.ids.push_back(edges[i]);
-        endList(links);
+        links.endList();
     }
     return faceEdges_.emplace(std::move(links));
 }
@@ -81,7 +79,7 @@ const Links& MeshLinks::edgeVertices() {
         int2 ends;
         function.getEdgeVertices(edge, ends);
         links.ids.insert(links.ids.end(), {ends[0], ends[1]});
-        endList(links);
+        links.endList();
     }
     return edgeVertices_.emplace(std::move(links));
 }
@@ -134,7 +132,7 @@ Links MeshLinks::vertexUvs(const MString& uvSet) const {
     }
     for (const auto& ids : found) {
         links.ids.insert(links.ids.end(), ids.begin(), ids.end());
-        endList(links);
+        links.endList();
     }
     return links;
 }
