@@ -15,6 +15,8 @@ class MadeOnce {
   public:
     template <class Make>
     const T& get(Make&& make) {
+        if (made_.load(std::memory_order_acquire)) [[likely]]
+            return value_;
         std::call_once(once_, [&] {
             value_ = std::forward<Make>(make)();
             made_.store(true, std::memory_order_release);

@@ -53,25 +53,6 @@ TEST(MeshUvs, RefuseWhatDoesNotFit) {
     EXPECT_EQ(mesh.uvSet(0).name, "map1");
 }
 
-TEST(MeshUvs, LeadToPointsAndBack) {
-    const Mesh cube = test::made(makeCube({}));
-    // The top face spans v 0.25 to 0.5, from the front backwards.
-    const auto point = cube.pointAtUv(0, 1, {0.5625F, 0.3125F});
-    ASSERT_TRUE(point.has_value());
-    EXPECT_TRUE(near(MVector(*point), {0.25, 0.5, 0.25}));
-    EXPECT_FALSE(cube.pointAtUv(0, 1, {0.5F, 0.2F}).has_value());
-    EXPECT_FALSE(cube.pointAtUv(0, 1, {0.5F, 0.2F}, 0.04).has_value());
-    const auto nearest = cube.pointAtUv(0, 1, {0.5F, 0.2F}, 0.06);
-    ASSERT_TRUE(nearest.has_value());
-    EXPECT_TRUE(near(MVector(*nearest), {0, 0.5, 0.5}));
-    EXPECT_FALSE(test::fold().pointAtUv(0, 0, {0, 0}, 100).has_value());
-
-    const auto uv = cube.uvOnTriangle(0, 1, 0, {0.5, 0.25, 0.25}); // vertices 2, 3, 5
-    ASSERT_TRUE(uv.has_value());
-    EXPECT_FLOAT_EQ(uv->u, 0.5F);
-    EXPECT_FLOAT_EQ(uv->v, 0.3125F);
-}
-
 TEST(MeshColors, GoToEveryCornerOfAVertex) {
     Mesh mesh = test::fold();
     const Mesh before = mesh;

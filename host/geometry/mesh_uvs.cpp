@@ -4,8 +4,6 @@
 #include "host/geometry/mesh_layers.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace vesk::geom {
 
@@ -17,53 +15,6 @@ Outcome checkUvSet(const UvSet& set, int corners) {
                              std::to_string(set.v.size()) + " v values");
     return checkLayerIds("UV set " + set.name, set.ids, corners, set.u.size());
 }
-
-/// Weights of a triangle's corners and how far from the place asked for they stand.
-struct UvHit {
-    std::array<double, 3> weights{};
-    double distance = std::numeric_limits<double>::infinity();
-};
-
-struct UvPoint {
-    double u, v;
-};
-
-/// Nearest point to `p` on the side from corner `i` to the next one.
-UvHit nearestOnSide(const std::array<UvPoint, 3>& uv, int i, const UvPoint& p) {
-    const int j = (i + 1) % 3;
-    const double du = uv[j].u - uv[i].u;
-    const double dv = uv[j].v - uv[i].v;
-    const double square = du * du + dv * dv;
-    const double along = (p.u - uv[i].u) * du + (p.v - uv[i].v) * dv;
-    const double t = square > 0.0 ? std::clamp(along / square, 0.0, 1.0) : 0.0;
-    UvHit hit;
-    hit.weights[i] = 1.0 - t;
-    hit.weights[j] = t;
-    hit.distance = std::hypot(uv[i].u + t * du - p.u, uv[i].v + t * dv - p.v);
-    return hit;
-}
-
-UvHit nearestInTriangle(const std::array<UvPoint, 3>& uv, const UvPoint& p) {
-    const auto area = [](const UvPoint& a, const UvPoint& b, const UvPoint& c) {
-        return (b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u);
-    };
-    const double whole = area(uv[0], uv[1], uv[2]);
-    if (whole != 0.0) {
-        const double w0 = area(p, uv[1], uv[2]) / whole;
-        const double w1 = area(uv[0], p, uv[2]) / whole;
-        const double w2 = 1.0 - w0 - w1;
-        if (w0 >= 0.0 && w1 >= 0.0 && w2 >= 0.0) return {{w0, w1, w2}, 0.0};
-    }
-    UvHit best;
-    for (int side = 0; side < 3; ++side) {
-        const UvHit hit = nearestOnSide(uv, side, p);
-        if (hit.distance < best.distance) best = hit;
-    }
-    return best;
-}
-
-/// Rounding of UVs stored as floats: a place this near counts as inside at any tolerance.
-constexpr double uvRounding = 1e-7;
 
 } // namespace
 
@@ -179,44 +130,6 @@ int Mesh::vertexUvCount(int set, int vertex) const {
     }
     std::sort(ids.begin(), ids.end());
     return static_cast<int>(std::unique(ids.begin(), ids.end()) - ids.begin());
-}
-
-std::optional<Mesh::Uv> Mesh::uvOnTriangle(int set, int face, int triangle,
-                                           const std::array<double, 3>& weights) const {
-    const TriangleCorners& corners = triangles()[triangleStart(face) + triangle];
-    double u = 0.0;
-    double v = 0.0;
-    for (int k = 0; k < 3; ++k) {
-        const auto uv = cornerUv(set, corners[k]);
-        if (!uv) return std::nullopt;
-        u += weights[k] * uv->u;
-        v += weights[k] * uv->v;
-    }
-    return Uv{static_cast<float>(u), static_cast<float>(v)};
-}
-
-std::optional<MPoint> Mesh::pointAtUv(int set, int face, Uv uv, double tolerance) const {
-    UvHit best;
-    int bestTriangle = -1;
-    for (int t = 0; t < triangleCount(face); ++t) {
-        std::array<UvPoint, 3> places{};
-        for (int k = 0; k < 3; ++k) {
-            const auto corner = cornerUv(set, triangles()[triangleStart(face) + t][k]);
-            if (!corner) return std::nullopt;
-            places[k] = {corner->u, corner->v};
-        }
-        const UvHit hit = nearestInTriangle(places, {uv.u, uv.v});
-        if (hit.distance < best.distance) {
-            best = hit;
-            bestTriangle = t;
-        }
-    }
-    if (!(best.distance <= std::max(tolerance, uvRounding))) return std::nullopt;
-    MVector sum;
-    const auto vertices = triangleVertices(face, bestTriangle);
-    for (int k = 0; k < 3; ++k)
-        sum += point(vertices[k]) * best.weights[k];
-    return MPoint(sum);
 }
 
 } // namespace vesk::geom
