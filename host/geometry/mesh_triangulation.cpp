@@ -2,6 +2,7 @@
 
 #include "host/geometry/mesh_cache.h"
 #include "host/geometry/polygon_triangulation.h"
+#include "parallel/loops.h"
 
 namespace vesk::geom {
 
@@ -11,6 +12,8 @@ namespace {
 /// outside: what rounding does to corners on one line.
 constexpr double outsideShare = 1e-6;
 
+constexpr std::size_t facesPerPiece = 8192;
+
 /// Whether the diagonal from `a` to `c` runs inside the quad, seen along its normal.
 bool diagonalInside(const MVector& a, const MVector& b, const MVector& c, const MVector& d,
                     const MVector& areaVector) {
@@ -18,13 +21,14 @@ bool diagonalInside(const MVector& a, const MVector& b, const MVector& c, const 
     return ((b - a) ^ (c - a)) * areaVector >= least && ((c - a) ^ (d - a)) * areaVector >= least;
 }
 
+/// Of some of a mesh's faces, on one thread.
 class Triangulator {
   public:
-    explicit Triangulator(const Mesh& mesh) : mesh_(mesh) {}
+    Triangulator(const Mesh& mesh, std::vector<TriangleCorners>& triangles)
+        : mesh_(mesh), triangles_(triangles) {}
 
-    std::vector<TriangleCorners> run() {
-        triangles_.resize(static_cast<std::size_t>(mesh_.triangleCount()));
-        for (int f = 0; f < mesh_.faceCount(); ++f) {
+    void run(int begin, int end) {
+        for (int f = begin; f < end; ++f) {
             const int size = mesh_.topology().faceSize(f);
             const int start = mesh_.topology().faceStart()[f];
             TriangleCorners* out = triangles_.data() + mesh_.triangleStart(f);
@@ -36,7 +40,6 @@ class Triangulator {
                 splitPolygon(f, start, {out, static_cast<std::size_t>(size - 2)});
             }
         }
-        return std::move(triangles_);
     }
 
   private:
@@ -69,7 +72,7 @@ class Triangulator {
     }
 
     const Mesh& mesh_;
-    std::vector<TriangleCorners> triangles_;
+    std::vector<TriangleCorners>& triangles_;
     std::vector<MVector> loop_;
     EarClipper clipper_;
 };
@@ -77,7 +80,14 @@ class Triangulator {
 } // namespace
 
 const std::vector<TriangleCorners>& Mesh::triangles() const {
-    return cache_->triangles.get([this] { return Triangulator(*this).run(); });
+    return cache_->triangles.get([this] {
+        std::vector<TriangleCorners> triangles(static_cast<std::size_t>(triangleCount()));
+        parallel::inPieces(
+            static_cast<std::size_t>(faceCount()), facesPerPiece, [&](std::size_t begin, std::size_t end) {
+                Triangulator(*this, triangles).run(static_cast<int>(begin), static_cast<int>(end));
+            });
+        return triangles;
+    });
 }
 
 std::array<int, 3> Mesh::triangleVertices(int face, int triangle) const {

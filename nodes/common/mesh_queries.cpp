@@ -17,8 +17,23 @@ namespace {
 constexpr bool mayRunTogether = VESK_CONCURRENT_QUERIES;
 constexpr std::size_t grain = 4096;
 
+} // namespace
+
+void inQueryPieces(std::size_t count, const std::function<void(std::size_t, std::size_t)>& work) {
+    if (count == 0) return;
+    work(0, 1);
+    const auto rest = [&](std::size_t begin, std::size_t end) { work(begin + 1, end + 1); };
+    if constexpr (mayRunTogether) {
+        parallel::inPieces(count - 1, grain, rest);
+    } else if (count > 1) {
+        rest(0, count - 1);
+    }
+}
+
+namespace {
+
 /// Calls work(run) for runs of the indices of `places`, in an order in which neighbours come close to each
-/// other. The first comes alone: it makes what the host keeps for the others.
+/// other.
 template <class Place, class Work>
 void inNearbyOrder(std::span<const Place> places, const Work& work) {
     if (places.empty()) return;
@@ -27,15 +42,9 @@ void inNearbyOrder(std::span<const Place> places, const Work& work) {
         return std::array{static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)};
     });
     const std::vector<std::uint32_t> order = parallel::mortonOrder(keys);
-    const std::span<const std::uint32_t> all(order);
-    work(all.first(1));
-    const auto rest = all.subspan(1);
-    const auto piece = [&](std::size_t begin, std::size_t end) { work(rest.subspan(begin, end - begin)); };
-    if constexpr (mayRunTogether) {
-        parallel::inPieces(rest.size(), grain, piece);
-    } else {
-        piece(0, rest.size());
-    }
+    inQueryPieces(order.size(), [&](std::size_t begin, std::size_t end) {
+        work(std::span<const std::uint32_t>(order).subspan(begin, end - begin));
+    });
 }
 
 /// Asks one point after the other, each not farther out than the last answer lies from it.
@@ -82,7 +91,8 @@ std::vector<RayHit> firstHits(const MFnMesh& mesh, std::span<const MFloatPoint> 
             RayHit& hit = hits[i];
             (void)mesh.closestIntersection(sources[i], directions[i], nullptr, nullptr, false, MSpace::kWorld,
                                            reach.maxParam, reach.bothDirections, &accelParams, hit.point,
-                                           nullptr, &hit.face, nullptr, nullptr, nullptr, reach.tolerance);
+                                           nullptr, &hit.face, &hit.triangle, &hit.u, &hit.v,
+                                           reach.tolerance);
         }
     });
     return hits;

@@ -9,6 +9,7 @@
 #include <maya/MPoint.h>
 
 #include <cfloat>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -16,9 +17,14 @@ class MFnMesh;
 
 namespace vesk::nodes {
 
+/// Calls work(begin, end) for pieces of 0 to count - 1 in which a host is asked, on several threads if that
+/// may be. The first piece comes alone: it makes what the host keeps for the others.
+void inQueryPieces(std::size_t count, const std::function<void(std::size_t begin, std::size_t end)>& work);
+
 struct RayHit {
     MFloatPoint point;
-    int face = -1;
+    int face = -1, triangle = -1;
+    float u = 0, v = 0; ///< weights of the triangle's first two corners
 
     explicit operator bool() const { return face >= 0; }
 };

@@ -73,12 +73,15 @@ TEST_P(MeshQueries, RaysAsOneByOne) {
         int count = 0;
         for (std::size_t i = 0; i < hits.size(); ++i) {
             MFloatPoint point;
-            int face = -1;
+            int face = -1, triangle = -1;
+            float u = 0, v = 0;
             const bool isHit =
                 mesh.closestIntersection(sources[i], directions[i], nullptr, nullptr, false, MSpace::kWorld,
-                                         6, both, nullptr, point, nullptr, &face, nullptr, nullptr, nullptr);
+                                         6, both, nullptr, point, nullptr, &face, &triangle, &u, &v);
             ASSERT_EQ(isHit, static_cast<bool>(hits[i])) << i;
-            ASSERT_EQ(hits[i].face, face) << i;
+            ASSERT_EQ(std::tuple(hits[i].face, hits[i].triangle, hits[i].u, hits[i].v),
+                      std::tuple(face, triangle, u, v))
+                << i;
             ASSERT_EQ(hits[i].point, point) << i;
             count += isHit;
         }

@@ -220,6 +220,34 @@ TEST(FnMesh, UvsTangentsAndColours) {
     EXPECT_EQ(colors[1], MColor(1, 0, 0, 0.5F));
 }
 
+TEST(FnMesh, PointsByUvAndUvsByPoint) {
+    MObject data = twoSquares();
+    MFnMesh mesh(data);
+    MPoint point(9, 9, 9);
+    float2 uv = {7, 7};
+    int face = 7;
+    EXPECT_EQ(mesh.getPointAtUV(0, point, {0.25F, 0.5F}), MStatus::kFailure) << "not mapped";
+    EXPECT_EQ(mesh.getUVAtPoint(point, uv, MSpace::kObject, nullptr, &face), MStatus::kFailure);
+    mapByPosition(mesh);
+    const MString other("other"), own("map1");
+    EXPECT_EQ(mesh.getPointAtUV(0, point, {0.25F, 0.5F}, MSpace::kObject, &other), MStatus::kFailure);
+    EXPECT_EQ(mesh.getUVAtPoint(point, uv, MSpace::kObject, &other, &face), MStatus::kFailure);
+    EXPECT_EQ(mesh.getPointAtUV(2, point, {0.25F, 0.5F}), MStatus::kFailure) << "no such face";
+    EXPECT_EQ(mesh.getPointAtUV(0, point, {0.625F, 0.5F}, MSpace::kObject, &own, 0.1F), MStatus::kFailure);
+    EXPECT_EQ(MFnMesh().getPointAtUV(0, point, {0.25F, 0.5F}), MStatus::kInvalidParameter);
+    EXPECT_EQ(point, MPoint(9, 9, 9));
+    EXPECT_EQ(std::tuple(uv[0], uv[1], face), std::tuple(7.0F, 7.0F, 7));
+
+    MFnGeometryData(data).setMatrix(scaledAndMoved());
+    EXPECT_TRUE(mesh.getPointAtUV(0, point, {0.625F, 0.5F}, MSpace::kObject, &own, 0.125F));
+    EXPECT_EQ(point, MPoint(1, 0.5, 0)) << "on the face's side";
+    EXPECT_TRUE(mesh.getPointAtUV(1, point, {0.625F, 0.5F}, MSpace::kWorld));
+    EXPECT_EQ(point, MPoint(1.25, 0.5, 0) * scaledAndMoved());
+    MPoint above = MPoint(1.25, 0.5, 3) * scaledAndMoved();
+    EXPECT_TRUE(mesh.getUVAtPoint(above, uv, MSpace::kWorld, nullptr, &face));
+    EXPECT_EQ(std::tuple(uv[0], uv[1], face), std::tuple(0.625F, 0.5F, 1));
+}
+
 TEST(MItMesh, EdgesAndFacesKnowTheirNeighbours) {
     MObject data = twoSquares();
     MItMeshEdge edge(data);

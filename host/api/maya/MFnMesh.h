@@ -135,6 +135,15 @@ class MFnMesh : public MFnBase {
     MStatus assignUVs(const MIntArray& counts, const MIntArray& ids, const MString* uvSet = nullptr);
     /// Empties the set; it stays.
     MStatus clearUVs(const MString* uvSet = nullptr);
+    /// The UV at the point of the mesh nearest to `point`, and that point's face. `kFailure`, and the results
+    /// left alone, where the face is not mapped.
+    MStatus getUVAtPoint(MPoint& point, float2& uv, MSpace::Space space = MSpace::kObject,
+                         const MString* uvSet = nullptr, int* closestPolygon = nullptr) const;
+    /// The point of a face at a UV, by the face's own triangles; the nearest in UV space where the UV lies
+    /// beside the face by the tolerance at most. `kFailure`, and the point left alone, farther out and on a
+    /// face that is not mapped.
+    MStatus getPointAtUV(int polygon, MPoint& point, const float2& uv, MSpace::Space space = MSpace::kObject,
+                         const MString* uvSet = nullptr, float tolerance = 0) const;
 
     // --- colours: a null set name means the current set ---
 
