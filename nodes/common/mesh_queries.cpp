@@ -89,7 +89,7 @@ std::vector<RayHit> firstHits(const MFnMesh& mesh, std::span<const MFloatPoint> 
         for (const std::uint32_t i : run) {
             if (directions[i] == MFloatVector()) continue;
             RayHit& hit = hits[i];
-            (void)mesh.closestIntersection(sources[i], directions[i], nullptr, nullptr, false, MSpace::kWorld,
+            (void)mesh.closestIntersection(sources[i], directions[i], nullptr, nullptr, false, reach.space,
                                            reach.maxParam, reach.bothDirections, &accelParams, hit.point,
                                            nullptr, &hit.face, &hit.triangle, &hit.u, &hit.v,
                                            reach.tolerance);

@@ -7,6 +7,7 @@
 #include <maya/MMatrix.h>
 #include <maya/MObject.h>
 #include <maya/MPoint.h>
+#include <maya/MSpace.h>
 
 #include <cfloat>
 #include <functional>
@@ -33,9 +34,10 @@ struct RayReach {
     float maxParam = 1e9F;
     bool bothDirections = false;
     float tolerance = 1e-6F;
+    MSpace::Space space = MSpace::kWorld; ///< of sources, directions and hits
 };
 
-/// Of each ray the nearest hit in world space, as `MFnMesh::closestIntersection` gives it. There are as many
+/// Of each ray the nearest hit, as `MFnMesh::closestIntersection` gives it. There are as many
 /// directions as sources; a direction of no length hits nothing.
 std::vector<RayHit> firstHits(const MFnMesh& mesh, std::span<const MFloatPoint> sources,
                               std::span<const MFloatVector> directions, const RayReach& reach);
