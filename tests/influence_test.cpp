@@ -175,11 +175,12 @@ TEST_F(Influences, OutputsFollowEveryInput) {
             const std::string source = input->isData() ? sourceFor(*input) : "";
             if (!source.empty()) run("connectAttr " + source + " tried." + input->longName);
         }
-        // From the defaults, and with every switch the other way.
+        // From the defaults, and with every switch the other way, but for one that makes results depend on
+        // those before.
         for (const bool switched : {false, true}) {
             const auto start = [&](const graph::Attribute& input) {
-                const bool isSwitch =
-                    input.numericType == MFnNumericData::kBoolean && input.longName != "envelope";
+                const bool isSwitch = input.numericType == MFnNumericData::kBoolean &&
+                                      input.longName != "envelope" && input.longName != "keepHistory";
                 return switched && isSwitch ? 1 - input.defaultNumber : input.defaultNumber;
             };
             for (const auto* input : numbers)
