@@ -33,11 +33,16 @@ class OneOutputNode : public Node {
     /// What the output gets; null for nothing.
     virtual Ref<Data> make() = 0;
 
-    /// The geometry at an input with its matrix applied; null when there is none of that class.
+    /// The geometry at an input with its matrix applied, but for what comes out of a chain of deformers: that
+    /// stays in object space. Null when there is none of that class.
     template <class T>
     Ref<T> transformedInput(std::string_view name) {
         const auto data = dataOf<GeometryData>(*this, name);
-        return data ? Ref<T>(dynamic_cast<T*>(data->transformed().get())) : nullptr;
+        if (!data) return nullptr;
+        const Cell* source = plug(*this, name).source;
+        const bool isInChain =
+            source && (source->node.type().isA("geometryFilter") || source->node.type().isA("groupParts"));
+        return Ref<T>(dynamic_cast<T*>(isInChain ? data.get() : data->transformed().get()));
     }
     template <class T, class Geometry>
     Ref<Data> made(Result<Geometry> result) {

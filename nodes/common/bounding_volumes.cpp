@@ -170,7 +170,7 @@ std::vector<char> chosenPoints(MDataBlock& block, const MObject& inGeometry, con
     if (mode == kInputComponentList) {
         const MObject components = block.inputValue(a.inComponents).data();
         if (areParticles || components.apiType() == MFn::kIntArrayData)
-            return maskOf(particleIds(components), count);
+            return maskOf(particleIds(components, count), count);
     }
     return chosenBy(block, a, block.inputValue(inGeometry).data())
         .mask(world.pointKind(), count, world.numCVsInV);

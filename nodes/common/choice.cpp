@@ -79,7 +79,7 @@ PointSelection chosenBy(MDataBlock& block, const ChoiceAttributes& a, const MObj
     }
 }
 
-MIntArray particleIds(MObject components) {
+MIntArray particleIds(MObject components, unsigned count) {
     MIntArray ids;
     if (components.apiType() == MFn::kIntArrayData) {
         MFnIntArrayData(components).copyTo(ids);
@@ -87,7 +87,15 @@ MIntArray particleIds(MObject components) {
     }
     MObject component = firstComponent(components);
     MStatus status;
-    if (const MFnSingleIndexedComponent single(component, &status); status) single.getElements(ids);
+    const MFnSingleIndexedComponent single(component, &status);
+    if (!status) return ids;
+    if (!single.isComplete()) {
+        single.getElements(ids);
+        return ids;
+    }
+    ids.setLength(count);
+    for (unsigned i = 0; i < count; ++i)
+        ids[i] = static_cast<int>(i);
     return ids;
 }
 

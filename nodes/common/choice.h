@@ -38,9 +38,9 @@ class PointSelection {
     MObject component_;
 };
 
-/// Ids that an `inComponents` input holds for particles: an int array, or the elements of a single indexed
-/// component (of a list its first entry). Empty for anything else.
-MIntArray particleIds(MObject components);
+/// Ids that an `inComponents` input holds for `count` particles: an int array, or the elements of a single
+/// indexed component (of a list its first entry), all for a complete one. Empty for anything else.
+MIntArray particleIds(MObject components, unsigned count);
 
 /// 1 at each id that is a place below `count`.
 std::vector<char> maskOf(const MIntArray& ids, unsigned count);

@@ -59,8 +59,9 @@ class QuietCommands {
 };
 
 /// A mesh in place of the surface that feeds `input`, with one vertex a CV, made by the host's own
-/// tessellation through temporary nodes. Null when nothing feeds the plug.
-MObject surfaceAsMesh(const MPlug& input);
+/// tessellation through temporary nodes. Its normals follow the surface's, or run against them as the host's
+/// tessellation has them by itself. Null when nothing feeds the plug.
+MObject surfaceAsMesh(const MPlug& input, bool matchNormals = true);
 
 /// How `curveAsMesh` makes its ribbon.
 struct RibbonRecipe {

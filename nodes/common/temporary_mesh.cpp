@@ -55,15 +55,17 @@ MObject meshAt(const MString& plugName) {
 
 } // namespace
 
-MObject surfaceAsMesh(const MPlug& input) {
+MObject surfaceAsMesh(const MPlug& input, bool matchNormals) {
     const MString upstream = upstreamOf(input);
     if (upstream.length() == 0) return MObject::kNullObj;
     const QuietCommands quiet;
     const MString tessellate = make("nurbsTessellate");
     set(tessellate, ".polygonType 1");
     set(tessellate, ".format 3");
-    set(tessellate, ".matchNormalDir 1");
-    set(tessellate, ".normalizeTrimmedUVRange 0");
+    if (matchNormals) {
+        set(tessellate, ".matchNormalDir 1");
+        set(tessellate, ".normalizeTrimmedUVRange 0");
+    }
     connect(upstream, tessellate + ".inputSurface");
     const MObject mesh = meshAt(tessellate + ".outputPolygon");
     run("delete " + tessellate);

@@ -56,7 +56,7 @@ std::vector<char> chosenPoints(MDataBlock& block, const MObject& geometry, unsig
     if (mode == kAllPoints) return {};
     if (geometry.apiType() == MFn::kVectorArrayData) {
         if (mode == kInputComponentList)
-            return maskOf(particleIds(block.inputValue(Self::inComponents).data()), count);
+            return maskOf(particleIds(block.inputValue(Self::inComponents).data(), count), count);
         warn(name, kNoParticleGroups);
         return std::vector<char>(count, 0);
     }

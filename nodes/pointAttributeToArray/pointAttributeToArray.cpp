@@ -103,8 +103,8 @@ void readParticles(MDataBlock& block, const Request& request, MVectorArray& posi
         particles.copyTo(positions);
         return;
     }
-    const MIntArray ids = particleIds(block.inputValue(Self::inComponents).data());
     const unsigned count = particles.length();
+    const MIntArray ids = particleIds(block.inputValue(Self::inComponents).data(), count);
     for (unsigned i = 0; i < ids.length(); ++i) {
         const int id = ids[i];
         if (id >= 0 && static_cast<unsigned>(id) < count)

@@ -142,18 +142,20 @@ MPoint MItGeometry::position(MSpace::Space space, MStatus* status) const {
 MStatus MItGeometry::setPosition(const MPoint& point, MSpace::Space space) {
     if (isDone() || readOnly_) return MStatus::kFailure;
     const auto* data = static_cast<GeometryData*>(object_.hostObject());
-    const MPoint own =
-        space == MSpace::kWorld && data->hasMatrix() ? point * data->matrix().inverse() : point;
+    MPoint own = space == MSpace::kWorld && data->hasMatrix() ? point * data->matrix().inverse() : point;
     if (auto* mesh = dynamic_cast<MeshData*>(object_.hostObject())) {
         mesh->write().setPoint(index_, MFloatVector(static_cast<float>(own.x), static_cast<float>(own.y),
                                                     static_cast<float>(own.z)));
         return {};
     }
+    // CVs keep their weights.
+    const auto put = [&](auto& geometry) {
+        own.w = geometry.cvs()[static_cast<std::size_t>(index_)].w;
+        return geometry.setCv(index_, own);
+    };
     vesk::Outcome outcome;
-    if (auto* curve = dynamic_cast<NurbsCurveData*>(object_.hostObject()))
-        outcome = curve->write().setCv(index_, own);
-    if (auto* surface = dynamic_cast<NurbsSurfaceData*>(object_.hostObject())) {
-        outcome = surface->write().setCv(index_, own);
-    }
+    if (auto* curve = dynamic_cast<NurbsCurveData*>(object_.hostObject())) outcome = put(curve->write());
+    if (auto* surface = dynamic_cast<NurbsSurfaceData*>(object_.hostObject()))
+        outcome = put(surface->write());
     return outcome ? MStatus::kSuccess : MStatus::kFailure;
 }

@@ -36,7 +36,7 @@ class MItGeometry {
     MObject component(MStatus* status = nullptr) const { return currentItem(status); }
 
     MPoint position(MSpace::Space space = MSpace::kObject, MStatus* status = nullptr) const;
-    /// Writes through to the data; `kFailure` on an iterator for reading.
+    /// Writes through to the data, CVs keep their weights; `kFailure` on an iterator for reading.
     MStatus setPosition(const MPoint& point, MSpace::Space space = MSpace::kObject);
 
   private:
