@@ -60,13 +60,16 @@ void averagePass(const Links& neighbors, std::span<const char> moves, std::span<
     });
 }
 
-void blendWithOriginal(std::span<MPoint> points, std::span<const MPoint> originals,
-                       std::span<const char> isChosen, float envelope, std::span<const float> weights) {
+void blendWithOriginal(std::span<MPoint> points, const float* originals, std::span<const char> isChosen,
+                       float envelope, std::span<const float> weights) {
     parallel::inPieces(points.size(), kGrain, [&](std::size_t begin, std::size_t end) {
         for (std::size_t v = begin; v < end; ++v) {
             if (!isChosen[v]) continue;
             const float share = (v < weights.size() ? weights[v] : 1.0F) * envelope;
-            points[v] = towards(originals[v], points[v], static_cast<double>(share));
+            const float* original = originals + 3 * v;
+            points[v] = towards(MPoint(static_cast<double>(original[0]), static_cast<double>(original[1]),
+                                       static_cast<double>(original[2])),
+                                points[v], static_cast<double>(share));
         }
     });
 }

@@ -17,12 +17,13 @@ namespace vesk::nodes {
 void averagePass(const Links& neighbors, std::span<const char> moves, std::span<const MPoint> from,
                  std::span<MPoint> to);
 
-/// Between a vertex's point as it came in and the relaxed one, by `envelope` times its weight (in single
-/// precision). Without weights each is 1. Vertices that are not chosen stay as they are in `points`.
-void blendWithOriginal(std::span<MPoint> points, std::span<const MPoint> originals,
-                       std::span<const char> isChosen, float envelope, std::span<const float> weights);
+/// Between a vertex's point as it came in (x, y, z each in `originals`) and the relaxed one, by `envelope`
+/// times its weight in single precision. Without weights each is 1. What is not chosen stays as it is in
+/// `points`.
+void blendWithOriginal(std::span<MPoint> points, const float* originals, std::span<const char> isChosen,
+                       float envelope, std::span<const float> weights);
 
-/// Each finite hit's share: point by point `by` of the way from the point to the hit.
+/// By `by` of the way from the point to the hit; w stays.
 MPoint towards(const MPoint& point, const MPoint& hit, double by);
 
 /// For each vertex the vertices of the faces around it, ascending, itself among them; nothing without faces.

@@ -205,9 +205,8 @@ MStatus smooth::compute(const MPlug& plug, MDataBlock& block) {
         PointSelection::ofObjectGroup(geometry, incoming.groupId).mask(MFn::kMeshVertComponent, count);
     MPointArray points;
     mesh.getPoints(points);
-    const MPointArray originals = points;
     relax(points, neighbors_, geometry, incoming.geometry.asMeshTransformed(), s, isChosen);
-    blendWithOriginal(elements(points), elements(originals), isChosen, s.envelope,
+    blendWithOriginal(elements(points), mesh.getRawPoints(), isChosen, s.envelope,
                       paintedWeights(block, element, count));
     mesh.setPoints(points);
     return MS::kSuccess;
