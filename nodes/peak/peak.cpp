@@ -3,6 +3,7 @@
 #include "nodes/common/arrays.h"
 #include "nodes/common/attributes.h"
 #include "nodes/common/choice.h"
+#include "nodes/common/deformer_inputs.h"
 #include "nodes/common/steps.h"
 #include "nodes/peak/displacement.h"
 
@@ -59,22 +60,6 @@ struct Evaluation {
 
 // --- what scales the motion
 
-/// Weights that were painted on this geometry, one a point; empty when there are none.
-std::vector<float> paintedWeights(const Evaluation& e, unsigned count) {
-    std::vector<float> weights;
-    MArrayDataHandle lists = e.block.inputArrayValue(MPxDeformerNode::weightList);
-    if (!lists.jumpToElement(e.index)) return weights;
-    MArrayDataHandle painted(lists.inputValue().child(MPxDeformerNode::weights));
-    const unsigned elements = painted.elementCount();
-    if (elements == 0) return weights;
-    weights.assign(count, 1.0F);
-    for (unsigned k = 0; k < elements; ++k, painted.next()) {
-        const unsigned i = painted.elementIndex();
-        if (i < count) weights[i] = painted.inputValue().asFloat();
-    }
-    return weights;
-}
-
 /// The array of weights, cut or filled up with ones where its length is another. The view is read in place.
 class ArrayWeights {
   public:
@@ -109,7 +94,7 @@ std::vector<char> membersOf(const Evaluation& e, const MObject& geometry, MFn::T
 class Motion {
   public:
     Motion(const Evaluation& e, unsigned count)
-        : isFirst_(e.isFirst()), painted_(paintedWeights(e, count)),
+        : isFirst_(e.isFirst()), painted_(paintedWeights(e.block, e.index, count)),
           normals_(isConnected(e.node, Self::inNormalPP) ? e.block.inputValue(Self::inNormalPP).data()
                                                          : MObject()) {
         if (isFirst_) weights_.emplace(e, count);
@@ -252,7 +237,7 @@ void moveParticles(Evaluation& e) {
     const bool areChosen = isConnected(e.node, Self::inComponents);
     const MIntArray chosen =
         areChosen ? particleIds(e.block.inputValue(Self::inComponents).data(), count) : MIntArray();
-    const std::vector<float> painted = paintedWeights(e, count);
+    const std::vector<float> painted = paintedWeights(e.block, e.index, count);
     const ArrayWeights weights(e, count);
     const Displacement by{e.distance, e.envelope, painted, weights.values()};
     MVectorArray positions = particles.array();
