@@ -94,16 +94,20 @@ Group makeGroup(CommandContext& context) {
     return {&makeNode(context, "groupId"), &makeNode(context, "groupParts")};
 }
 
-/// Puts a filter with its group between `source` and whatever `source` is to feed through it.
-void wireGroup(const Group& group, Cell& source, Node& filter, int index, const DeformTarget& target,
-               Node& set) {
+/// Sends geometry through a group into a filter. Sources first: a filter may look at its input as soon as it
+/// has one.
+void wireGeometry(const Group& group, Cell& source, Node& filter, int index) {
+    wire(source, plug(*group.parts, "inputGeometry"));
+    wire(plug(*group.parts, "outputGeometry"), inputOf(filter, index, "inputGeometry"));
+}
+
+/// Ties a filter's group to the set and the shape.
+void wireGroup(const Group& group, Node& filter, int index, const DeformTarget& target, Node& set) {
     const auto components = makeRef<ComponentListData>();
     (void)components->add(*target.points);
     require(graph::storeData(plug(*group.parts, "inputComponents"), components));
     Cell& id = plug(*group.id, "groupId");
-    wire(source, plug(*group.parts, "inputGeometry"));
     wire(id, plug(*group.parts, "groupId"));
-    wire(plug(*group.parts, "outputGeometry"), inputOf(filter, index, "inputGeometry"));
     wire(id, inputOf(filter, index, "groupId"));
     wire(plug(*group.id, "message"), nextFree(plug(set, "groupNodes")));
     const auto& a = graph::dagAttributes();
@@ -176,17 +180,20 @@ void applyDeformer(CommandContext& context, Node& filter, const std::vector<Defo
         const Group group = makeGroup(context);
         const bool needsTweak = !kind.tweaks.empty() && !plug(shape, "tweakLocation").source;
         if (!needsTweak) {
-            wireGroup(group, *gap.source, filter, index, targets[i], set);
+            wireGroup(group, filter, index, targets[i], set);
+            wireGeometry(group, *gap.source, filter, index);
         } else {
             const Group tweakGroup = makeGroup(context);
             Node& tweak = makeNode(context, "tweak");
             std::string setName = tweak.name();
             setName.insert(setName.find_last_not_of("0123456789") + 1, "Set");
             Cell& tweaked = plug(tweak, "outputGeometry").element(0);
-            wireGroup(group, tweaked, filter, index, targets[i], set);
-            wireGroup(tweakGroup, *gap.source, tweak, 0, {targets[i].shape, allPoints(shape)},
+            wireGroup(group, filter, index, targets[i], set);
+            wireGroup(tweakGroup, tweak, 0, {targets[i].shape, allPoints(shape)},
                       makeSet(context, tweak, setName));
             moveTweaks(shape, kind, tweak);
+            wireGeometry(tweakGroup, *gap.source, tweak, 0);
+            wireGeometry(group, tweaked, filter, index);
             Cell& offsets = plug(tweak, "vlist").element(0).child(*tweak.type().find("vertex"));
             wire(offsets.element(0), plug(shape, "tweakLocation"));
         }

@@ -8,13 +8,27 @@
 
 namespace vesk::nodes {
 
+namespace {
+
+void addEnd(MRampAttribute& ramp, float value) {
+    const float position = 1;
+    const int interpolation = MRampAttribute::kLinear;
+    ramp.addEntries(MFloatArray(&position, 1), MFloatArray(&value, 1), MIntArray(&interpolation, 1));
+}
+
+} // namespace
+
 void startKernel(const MObject& node, const MObject& kernel) {
     MRampAttribute ramp(node, kernel);
     ramp.setValueAtIndex(1, 0);
     ramp.setInterpolationAtIndex(MRampAttribute::kSmooth, 0);
-    const float position = 1, value = 0;
-    const int interpolation = MRampAttribute::kLinear;
-    ramp.addEntries(MFloatArray(&position, 1), MFloatArray(&value, 1), MIntArray(&interpolation, 1));
+    addEnd(ramp, 0);
+}
+
+void startIdentity(const MObject& node, const MObject& ramp) {
+    MRampAttribute started(node, ramp);
+    started.setValueAtIndex(0, 0);
+    addEnd(started, 1);
 }
 
 CurveRamp curveRampOf(const MObject& node, const char* name) {

@@ -3,13 +3,13 @@
 #include "nodes/common/array_inputs.h"
 #include "nodes/common/attributes.h"
 #include "nodes/common/choice.h"
+#include "nodes/common/kernel_ramp.h"
 #include "nodes/common/vertex_walks.h"
 #include "nodes/tensionMap/tension.h"
 
 #include <maya/MColorArray.h>
 #include <maya/MFloatVectorArray.h>
 #include <maya/MFnMesh.h>
-#include <maya/MRampAttribute.h>
 
 #include <algorithm>
 #include <numeric>
@@ -241,13 +241,8 @@ MStatus tensionMap::initialize() {
 }
 
 void tensionMap::postConstructor() {
-    for (const MObject* attribute : {&compressionColorRemap, &stretchColorRemap}) {
-        MRampAttribute ramp(thisMObject(), *attribute);
-        ramp.setValueAtIndex(0, 0);
-        const float one = 1;
-        const int interpolation = MRampAttribute::kLinear;
-        ramp.addEntries(MFloatArray(&one, 1), MFloatArray(&one, 1), MIntArray(&interpolation, 1));
-    }
+    for (const MObject* attribute : {&compressionColorRemap, &stretchColorRemap})
+        startIdentity(thisMObject(), *attribute);
 }
 
 MStatus tensionMap::compute(const MPlug& plug, MDataBlock& block) {

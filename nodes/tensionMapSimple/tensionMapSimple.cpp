@@ -2,17 +2,16 @@
 
 #include "nodes/common/array_inputs.h"
 #include "nodes/common/attributes.h"
+#include "nodes/common/kernel_ramp.h"
+#include "nodes/common/mesh_edges.h"
 #include "nodes/common/points.h"
 #include "nodes/common/ramp.h"
 #include "nodes/common/steps.h"
 #include "nodes/tensionMapSimple/zoneTension.h"
 
 #include <maya/MArrayDataHandle.h>
-#include <maya/MFloatArray.h>
 #include <maya/MFnMesh.h>
-#include <maya/MIntArray.h>
 #include <maya/MPointArray.h>
-#include <maya/MRampAttribute.h>
 
 #include <algorithm>
 #include <string>
@@ -34,16 +33,6 @@ struct MeasuredMesh {
     EdgeLengths lengths;
     std::size_t vertexCount = 0;
 };
-
-std::vector<std::array<int, 2>> edgesOf(const MFnMesh& mesh) {
-    std::vector<std::array<int, 2>> edges(static_cast<std::size_t>(mesh.numEdges()));
-    for (std::size_t i = 0; i < edges.size(); ++i) {
-        int2 ends;
-        mesh.getEdgeVertices(static_cast<int>(i), ends);
-        edges[i] = {ends[0], ends[1]};
-    }
-    return edges;
-}
 
 MPointArray pointsOf(const MObject& data, short coordinateSystem) {
     MPointArray points;
@@ -130,13 +119,8 @@ MStatus tensionMapSimple::initialize() {
 }
 
 void tensionMapSimple::postConstructor() {
-    const float position = 1, value = 1;
-    const int interpolation = MRampAttribute::kLinear;
-    for (const MObject& attribute : zoneRamps) {
-        MRampAttribute ramp(thisMObject(), attribute);
-        ramp.setValueAtIndex(0, 0);
-        ramp.addEntries(MFloatArray(&position, 1), MFloatArray(&value, 1), MIntArray(&interpolation, 1));
-    }
+    for (const MObject& ramp : zoneRamps)
+        startIdentity(thisMObject(), ramp);
 }
 
 MStatus tensionMapSimple::compute(const MPlug& plug, MDataBlock& block) {

@@ -555,3 +555,22 @@ MStatus MFnMesh::setVertexColors(const MColorArray& colors, const MIntArray& ver
     if (Mesh* to = editable(status)) return statusOf(to->setVertexColors(storage(colors), storage(vertices)));
     return status;
 }
+
+MString MFnMesh::createColorSetWithName(const MString& name, MDGModifier* modifier, MStatus* status) {
+    MStatus outcome;
+    Mesh* to = modifier ? nullptr : editable(outcome);
+    if (!to || name.length() == 0)
+        return answer(status, MString(), outcome ? MStatus::kInvalidParameter : outcome);
+    to->addColorSet(std::string(nameOf(&name)));
+    return answer(status, name);
+}
+
+MStatus MFnMesh::setCurrentColorSetName(const MString& name, MDGModifier* modifier) {
+    MStatus status;
+    Mesh* to = modifier ? nullptr : editable(status);
+    if (!to) return status ? MStatus(MStatus::kInvalidParameter) : status;
+    const int set = name.length() > 0 ? to->findColorSet(nameOf(&name)) : -1;
+    if (set < 0) return MStatus::kFailure;
+    to->setCurrentColorSet(set);
+    return {};
+}

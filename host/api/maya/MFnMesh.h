@@ -7,6 +7,7 @@
 #include <maya/MTypes.h>
 
 class MColorArray;
+class MDGModifier;
 class MDagPath;
 class MFloatArray;
 class MFloatPoint;
@@ -157,6 +158,11 @@ class MFnMesh : public MFnBase {
     MStatus getFaceVertexColors(MColorArray& colors, const MString* colorSet = nullptr,
                                 const MColor* defaultUnsetColor = nullptr) const;
     MStatus setVertexColors(const MColorArray& colors, const MIntArray& vertices);
+    /// A new set, all unset; the first one of a mesh becomes current. One of that name that is there already
+    /// stays as it is. Answers with the name. `modifier` must be null: edits of data cannot be undone.
+    MString createColorSetWithName(const MString& name, MDGModifier* modifier = nullptr,
+                                   MStatus* status = nullptr);
+    MStatus setCurrentColorSetName(const MString& name, MDGModifier* modifier = nullptr);
 
     // --- rays ---
     //
