@@ -1,29 +1,38 @@
 #include "nodes/peak/displacement.h"
 
-#include "parallel/loops.h"
-
 #include <algorithm>
+#include <cstring>
 
 namespace vesk::nodes {
 
 namespace {
 
-constexpr std::size_t kPointsInPiece = std::size_t{1} << 15;
+using Pair [[gnu::vector_size(16)]] = double;
+using SinglePair [[gnu::vector_size(8)]] = float;
+
+template <class Vector, class Number>
+Vector load(const Number* from) {
+    Vector vector;
+    std::memcpy(&vector, from, sizeof vector);
+    return vector;
+}
+Pair pairAt(const float* from) { return __builtin_convertvector(load<SinglePair>(from), Pair); }
+Pair pairAt(const double* from) { return load<Pair>(from); }
 
 template <class Direction>
 void put(const float* from, const Direction& direction, const Displacement& by, double painted, double weight,
          float* to) {
-    const auto moved = [&](float start, double along) {
-        return static_cast<float>(start + along * by.distance * by.envelope * painted * weight);
+    const auto moved = [&](auto start, auto along) {
+        return start + along * by.distance * by.envelope * painted * weight;
     };
-    to[0] = moved(from[0], direction.x);
-    to[1] = moved(from[1], direction.y);
-    to[2] = moved(from[2], direction.z);
+    const auto xy = __builtin_convertvector(moved(pairAt(from), pairAt(&direction.x)), SinglePair);
+    std::memcpy(to, &xy, sizeof xy);
+    to[2] = static_cast<float>(moved(static_cast<double>(from[2]), static_cast<double>(direction.z)));
     to[3] = 1;
 }
 
-/// Points `first` to `last`, whose directions begin with that of `first`. Where nothing differs from point
-/// to point the loop has no questions in it; factors of 1 change nothing.
+/// Points `first` to `last`, each with the direction of its place. Where nothing differs from point to point
+/// the loop has no questions in it: a factor of 1 changes nothing.
 template <class Direction>
 void displaceRun(const float* from, std::span<const Direction> directions, const Displacement& by,
                  std::span<const char> chosen, std::size_t first, std::size_t last, float* to) {
@@ -48,11 +57,10 @@ void displaceRun(const float* from, std::span<const Direction> directions, const
 
 void displace(std::span<const float> from, const Directions& directions, const Displacement& by,
               std::span<const char> chosen, std::span<float> to) {
-    parallel::inPieces(from.size() / 3, kPointsInPiece, [&](std::size_t begin, std::size_t end) {
-        const std::size_t middle = std::clamp(directions.own.size(), begin, end);
-        displaceRun(from.data(), directions.own, by, chosen, begin, middle, to.data());
-        displaceRun(from.data(), directions.normals, by, chosen, middle, end, to.data());
-    });
+    const std::size_t count = from.size() / 3;
+    const std::size_t given = std::min(directions.own.size(), count);
+    displaceRun(from.data(), directions.own, by, chosen, 0, given, to.data());
+    displaceRun(from.data(), directions.normals, by, chosen, given, count, to.data());
 }
 
 } // namespace vesk::nodes

@@ -4,7 +4,6 @@
 #include "host/data/mesh_data.h"
 #include "host/graph/scene.h"
 #include "host/nodes/mesh_node.h"
-#include "parallel/loops.h"
 
 #include <maya/MFnParticleSystem.h>
 #include <maya/MVectorArray.h>
@@ -83,6 +82,15 @@ TEST_F(Peak, ArraysOfOtherLengths) {
     expectWarned(mismatch("inWeightPP"));
     run("setAttr peak1.inWeightPP -type doubleArray 0");
     EXPECT_EQ(heights(), (std::vector<double>{2, 2, 2, 2}));
+}
+
+TEST_F(Peak, WeightsOverAWire) {
+    makePlane();
+    run("createNode arrayToMulti -n w; setAttr w.inWeightPP -type doubleArray 3 0 0.5 1.5;"
+        "connectAttr w.outWeightList[0] peak1.weightList[0]");
+    EXPECT_EQ(heights(), (std::vector<double>{0, 1, 3, 2}));
+    run("setAttr w.inWeightPP -type doubleArray 1 0.25");
+    EXPECT_EQ(heights(), (std::vector<double>{0.5, 2, 2, 2}));
 }
 
 TEST_F(Peak, NormalsFromAnArray) {
@@ -178,7 +186,8 @@ TEST_F(Peak, SuppliedVelocities) {
     run("setAttr dust.rows -type doubleArray 8 0 0 3 4 0 0 9 9");
     expectNear(moved(), {0, 0, 2, 1, 1.2, 1.6, 2, 0, 0});
     expectWarned(mismatch("inVelocityPP"));
-    run("addAttr -ln flow -dt vectorArray dust; setAttr dust.flow -type vectorArray 4 1 0 0 0 1 0 0 0 1 9 9 9;"
+    run("addAttr -ln flow -dt vectorArray dust; setAttr dust.flow -type vectorArray 4 1 0 0 0 1 0 0 0 1 9 9 "
+        "9;"
         "connectAttr -f dust.flow peak1.inVelocityPP");
     expectNear(moved(), {2, 0, 0, 1, 2, 0, 2, 0, 2});
     expectWarned(mismatch("inVelocityPP"));
@@ -215,13 +224,13 @@ TEST_F(Peak, NormalsAreFoundOncePerInput) {
     EXPECT_NE(meshAt("peak1.og[0]")->geometry().vertexNormals().data(), normals);
 }
 
-TEST(Displacement, ThreadsMakeNoDifference) {
+TEST(Displacement, IsTheFormulaOfOnePointToTheBit) {
     std::mt19937 random(5);
     std::uniform_real_distribution<float> number(-2, 2);
-    const std::size_t count = 100003;
+    const std::size_t count = 1003;
     std::vector<float> from(3 * count), painted(count);
     std::vector<MFloatVector> normals(count);
-    std::vector<MVector> own(40001);
+    std::vector<MVector> own(401);
     std::vector<double> weights(count);
     std::vector<char> chosen(count);
     for (float& x : from)
@@ -233,24 +242,19 @@ TEST(Displacement, ThreadsMakeNoDifference) {
         weights[i] = number(random);
         chosen[i] = number(random) < 1;
     }
-    const Displacement by{0.3, 0.7, painted, weights};
-    std::vector<float> plain(4 * count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const MVector start(from[3 * i], from[3 * i + 1], from[3 * i + 2]);
-        const MVector end =
-            start + (chosen[i] ? by(i, i < own.size() ? own[i] : MVector(normals[i])) : MVector());
-        const MFloatVector point(end);
-        std::copy_n(&point.x, 3, &plain[4 * i]);
-        plain[4 * i + 3] = 1;
+    for (const auto& [by, all] : {std::pair(Displacement{0.3, 0.7, painted, weights}, false),
+                                  std::pair(Displacement{0.3, 0.7, {}, weights}, true),
+                                  std::pair(Displacement{0.3, 0.7, {}, {}}, true)}) {
+        std::vector<float> plain(4 * count, 1), to(4 * count);
+        for (std::size_t i = 0; i < count; ++i) {
+            MVector at(from[3 * i], from[3 * i + 1], from[3 * i + 2]);
+            if (all || chosen[i]) at += by(i, i < own.size() ? own[i] : MVector(normals[i]));
+            const MFloatVector point(at);
+            std::copy_n(&point.x, 3, &plain[4 * i]);
+        }
+        displace(from, {own, normals}, by, all ? std::span<const char>() : chosen, to);
+        EXPECT_EQ(to, plain);
     }
-    const int before = parallel::threads();
-    for (const int threads : {1, 2, 5}) {
-        parallel::setThreads(threads);
-        std::vector<float> to(4 * count);
-        displace(from, {own, normals}, by, chosen, to);
-        EXPECT_EQ(to, plain) << threads;
-    }
-    parallel::setThreads(before);
 }
 
 } // namespace

@@ -44,26 +44,30 @@ MFloatVector toFloat(const MVector& v) {
 
 template <class Points>
 std::vector<MFloatVector> toStored(const Points& points, const MMatrix* toWorld) {
+    const auto& given = storage(points);
     std::vector<MFloatVector> stored;
-    stored.reserve(points.length());
-    for (const auto& point : storage(points))
-        stored.push_back(toFloat(point));
-    return toWorld ? vesk::geom::transformedPoints(stored, toWorld->inverse()) : stored;
+    if constexpr (std::is_same_v<Points, MFloatPointArray>) {
+        stored.assign(given.begin(), given.end());
+    } else {
+        stored.resize(given.size());
+        std::transform(given.begin(), given.end(), stored.begin(), [](const auto& p) { return toFloat(p); });
+    }
+    if (toWorld) return vesk::geom::transformedPoints(stored, toWorld->inverse());
+    return stored;
 }
 
 template <class Points, class Point>
 void fromStored(std::span<const MFloatVector> stored, const MMatrix* toWorld, Points& points) {
     auto& out = storage(points);
-    out.clear();
-    out.reserve(stored.size());
-    for (const auto& p : stored) {
-        const MPoint point(p.x, p.y, p.z);
-        const MPoint placed = toWorld ? point * *toWorld : point;
+    out.assign(stored.begin(), stored.end());
+    if (!toWorld) return;
+    for (auto& point : out) {
+        const MPoint placed = MPoint(point.x, point.y, point.z) * *toWorld;
         if constexpr (std::is_same_v<Point, MPoint>) {
-            out.push_back(placed);
+            point = placed;
         } else {
             const MFloatVector single = toFloat(placed);
-            out.emplace_back(single.x, single.y, single.z);
+            point = Point(single.x, single.y, single.z);
         }
     }
 }
