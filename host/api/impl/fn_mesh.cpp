@@ -37,7 +37,6 @@ MStatus found(bool there) { return there ? MStatus::kSuccess : MStatus::kFailure
 MFloatVector toFloat(const MPoint& p) {
     return MFloatVector(static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z));
 }
-MFloatVector toFloat(const MFloatPoint& p) { return MFloatVector(p.x, p.y, p.z); }
 MFloatVector toFloat(const MVector& v) {
     return MFloatVector(static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z));
 }
@@ -59,7 +58,13 @@ std::vector<MFloatVector> toStored(const Points& points, const MMatrix* toWorld)
 template <class Points, class Point>
 void fromStored(std::span<const MFloatVector> stored, const MMatrix* toWorld, Points& points) {
     auto& out = storage(points);
-    out.assign(stored.begin(), stored.end());
+    if constexpr (std::is_same_v<Point, MFloatPoint>) {
+        out.assign(stored.begin(), stored.end());
+    } else {
+        out.resize(stored.size());
+        std::transform(stored.begin(), stored.end(), out.begin(),
+                       [](const auto& p) { return Point(p.x, p.y, p.z); });
+    }
     if (!toWorld) return;
     for (auto& point : out) {
         const MPoint placed = MPoint(point.x, point.y, point.z) * *toWorld;
