@@ -171,6 +171,11 @@ TEST_F(Deformers, ParticlesAreDeformedFromTheirPositions) {
     EXPECT_EQ(mel("getAttr lift1GroupParts.ic"), "pt[*]");
     EXPECT_EQ(mel("objExists tweak1") + mel("objExists dustOrig"), "00");
     EXPECT_EQ(floats("dust.deformedPosition"), (std::vector<double>{1, 2, 3})) << "arrays are passed on";
+    run("deformer -type lift -bf dust; delete lift1");
+    EXPECT_EQ(source("dust.deformedPosition"), "lift2.outputGeometry[0]");
+    EXPECT_EQ(source("lift2GroupParts.ig"), "dust.position");
+    run("delete lift2");
+    EXPECT_EQ(mel("listConnections dust") + mel("getAttr dust.deformedPosition"), "");
 }
 
 TEST_F(Deformers, TweaksOfTheShapeGoInFront) {

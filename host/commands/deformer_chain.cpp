@@ -264,7 +264,10 @@ void bypassElement(Node& filter, Cell& output, std::vector<Cell*>& ends) {
 /// What stands before a shape that no deformer moves any more.
 void tidyEnd(CommandContext& context, Cell& end) {
     const Ref<Node> before(end.source ? &end.source->node : nullptr);
-    if (before && isTweak(*before) && !hasOffsets(*before)) {
+    if (before.get() == &end.node) { // particles, back at their own positions
+        (void)graph::disconnect(*end.source, end);
+        end.resetToDefault();
+    } else if (before && isTweak(*before) && !hasOffsets(*before)) {
         bypassDeformer(context, *before);
         context.scene.remove(*before);
     } else {
