@@ -77,6 +77,11 @@ void benchPeak() {
     const double warm = best(kRepeats, pull);
     report("peak: another distance, normals known", warm, "a copy of the points", plain, 2);
     report("", warm, "read and written through the API", api, 2);
+    graph::Cell& painted = graph::findPlug(session.scene(), "d.wl[0]").plug.cell()->child(0);
+    for (std::size_t i = 0; i < points.size(); ++i)
+        (void)graph::storeNumber(painted.element(static_cast<int>(i)), 0.5);
+    pull();
+    report("peak: another distance, all points painted", best(kRepeats, pull), "without paint", warm, 10);
     const double cold = best(5, [&] {
         geom::Mesh fresh = original.mesh();
         (void)fresh.editPoints(); // takes its derived values away
