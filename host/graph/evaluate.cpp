@@ -364,6 +364,7 @@ class Spread {
 
     void dependantsOf(Cell& cell) {
         Node& node = cell.node;
+        if (std::string_view(cell.attr.longName) == "nodeState") askAgain(node);
         for (Attribute* out : node.affectedBy(cell.attr))
             markOutputs(node, *out);
         for (Cell* to : cell.destinations)
@@ -382,6 +383,15 @@ class Spread {
         node.dependents(cell, more);
         for (Cell* one : more)
             mark(*one);
+    }
+
+    /// What a blocking node feeds took the old values while the node's outputs stayed dirty.
+    void askAgain(Node& node) {
+        node.eachCell([this](const Cell& out) {
+            if (!out.dirty) return;
+            for (Cell* to : out.destinations)
+                mark(*to);
+        });
     }
 
     void markOutputs(Node& node, const Attribute& out) {

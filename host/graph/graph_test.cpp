@@ -230,6 +230,11 @@ TEST_F(GraphTest, BlockingKeepsTheDestinationsValue) {
     ASSERT_TRUE(storeNumber(in(*a), 20));
     ASSERT_TRUE(storeNumber(a->cell(*a->findAttribute("nodeState")), 0));
     EXPECT_EQ(pullNumber(out(*b)), 22) << "another state, another answer";
+    ASSERT_TRUE(storeNumber(a->cell(*a->findAttribute("nodeState")), 2));
+    ASSERT_TRUE(storeNumber(in(*a), 30));
+    EXPECT_EQ(pullNumber(out(*b)), 22) << "its source is dirty still";
+    ASSERT_TRUE(storeNumber(a->cell(*a->findAttribute("nodeState")), 0));
+    EXPECT_EQ(pullNumber(out(*b)), 32);
 }
 
 TEST_F(GraphTest, OtherContextsLeaveNoTrace) {

@@ -183,8 +183,8 @@ MStatus tensionBlendShape::initialize() {
 
 MStatus tensionBlendShape::connectionMade(const MPlug& plug, const MPlug& otherPlug, bool asSource) {
     if (plug == outputGeom) {
-        const MPlug first = MPlug(thisMObject(), outputGeom).elementByLogicalIndex(0);
-        const MItDependencyGraph shapes(first, MFn::kMesh, MItDependencyGraph::kDownstream);
+        MPlug first = MPlug(thisMObject(), outputGeom).elementByLogicalIndex(0);
+        MItDependencyGraph shapes(first, MFn::kMesh, MItDependencyGraph::kDownstream);
         if (!shapes.isDone()) {
             const MString shape = MFnDagNode(shapes.currentItem()).partialPathName();
             MGlobal::executeCommand("setAttr " + shape + ".displayColors 1;");
