@@ -38,6 +38,13 @@ TEST_F(HostCommands, WorldSpaceOutputsMeanTheirFirstInstance) {
     EXPECT_EQ(mel("isConnected pCubeShape1.worldMesh[0] shown.inMesh"), "0");
 }
 
+TEST_F(HostCommands, RoundShapesTakeDivisionsOfTheirCaps) {
+    run("polyCylinder -sx 4 -sz 1 -n a; polyCylinder -sx 4 -sz 0 -n b; polyCone -sx 4 -sz 1 -n c;");
+    EXPECT_EQ(mel("polyEvaluate -v a"), "10") << "two rings of four and the middles of the caps";
+    EXPECT_EQ(mel("polyEvaluate -v b"), "8");
+    EXPECT_EQ(mel("polyEvaluate -v c"), "6") << "a ring, the tip and the middle of the cap";
+}
+
 TEST_F(HostCommands, DeletingHistoryKeepsWhatTheShapeShows) {
     mel("polyCube -w 4; delete -ch pCube1");
     EXPECT_EQ(mel("objExists polyCube1"), "0");

@@ -52,7 +52,7 @@ const std::vector<CreatorFlag> kRoundFlags = {{"radius", {"radius"}},
                                               {"height", {"height"}},
                                               {"subdivisionsX", {"subdivisionsAxis"}},
                                               {"subdivisionsY", {"subdivisionsHeight"}},
-                                              {"subdivisionsZ", {"subdivisionsCap"}}};
+                                              {"subdivisionsZ", {"subdivisionsCaps"}}};
 
 mel::Value polyCylinder(CommandContext& context, const Args& args) {
     static const CreatorSpec spec = polygons("polyCylinder", "pCylinder#", kRoundFlags);
