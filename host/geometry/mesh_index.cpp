@@ -52,7 +52,7 @@ void giveBounds(const RTCBoundsFunctionArguments* arguments) {
     const auto& set = *static_cast<const PatchSet*>(arguments->geometryUserPtr);
     const Patch& patch = set.patches[arguments->primID];
     Box box(patch.point(0));
-    for (int k = 1; k < patch.pointCount(); ++k)
+    for (std::size_t k = 1; k < 4; ++k)
         box.add(patch.point(k));
     const double room = widestTolerance * widthOf(patch) * set.cube.scale + rounding;
     const MVector least = set.cube(box.least), most = set.cube(box.most);
@@ -110,16 +110,20 @@ struct RaySearch : RTCIntersectContext {
     std::vector<MeshHit>* all;                 ///< null for the first hit alone
     double tolerance, least;                   ///< of the params
     double cubePerParam = 0, paramAtStart = 0; ///< of the library's ray
+    PassesBy passesBy;
     std::optional<MeshHit> best; ///< its triangle counted through the whole mesh, as are those of `all`
 
     RaySearch(const RayQuery& asked, const PatchSet& among, std::vector<MeshHit>* hits)
         : query(asked), set(among), all(hits), tolerance(asked.tolerance > 0 ? asked.tolerance : 0),
-          least(asked.bothDirections ? -asked.maxParam : 0) {
+          least(asked.bothDirections ? -asked.maxParam : 0),
+          passesBy(asked.ray.source, asked.ray.direction, tolerance * among.cube.diagonal(),
+                   among.cube.largest) {
         rtcInitIntersectContext(this);
     }
 
     /// Whether there is a new first hit.
     bool visit(const Patch& patch) {
+        if (passesBy(patch)) return false;
         bool isNew = false;
         for (int k = 0; k < patch.count; ++k) {
             const auto hit =
@@ -153,10 +157,14 @@ void visitByRay(const RTCIntersectFunctionNArguments* arguments) {
         RTCRayN_tfar(RTCRayHitN_RayN(arguments->rayhit, 1), 1, 0) = search.reach();
 }
 
-/// Where the line enters the box of all hits, and false when it does not.
+/// Nearer to the cube's centre single precision is as good as in it.
+constexpr double nearEnough = 2;
+
+/// Where a line that starts farther out enters the box of all hits, and false when it does not.
 bool enters(const MVector& source, const MVector& direction, const MVector& half, double& start) {
     double end = std::numeric_limits<double>::infinity();
     start = 0;
+    if (std::max({std::abs(source.x), std::abs(source.y), std::abs(source.z)}) <= nearEnough) return true;
     for (unsigned axis = 0; axis < 3; ++axis) {
         const double wide = half[axis] + 4 * widestTolerance + 2 * rounding;
         const double at = source[axis], step = direction[axis];

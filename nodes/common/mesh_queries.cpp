@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <numeric>
 
 namespace vesk::nodes {
 
@@ -32,16 +34,43 @@ void inQueryPieces(std::size_t count, const std::function<void(std::size_t, std:
 
 namespace {
 
+using Places = std::vector<std::array<float, 3>>;
+
+/// Whether one place follows another about as closely as on a surface covered row by row, so that sorting
+/// gains nothing.
+bool areNearbyInOrder(const Places& places) {
+    std::array<float, 3> least = places.front(), most = least;
+    double way = 0;
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const float at = places[i][axis];
+            least[axis] = std::min(least[axis], at);
+            most[axis] = std::max(most[axis], at);
+            way += static_cast<double>(std::abs(at - places[i - 1][axis]));
+        }
+    }
+    double size = 0;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        size += static_cast<double>(most[axis] - least[axis]);
+    return way <= 4 * size * std::sqrt(static_cast<double>(places.size()));
+}
+
 /// Calls work(run) for runs of the indices of `places`, in an order in which neighbours come close to each
 /// other.
 template <class Place, class Work>
 void inNearbyOrder(std::span<const Place> places, const Work& work) {
     if (places.empty()) return;
-    std::vector<std::array<float, 3>> keys(places.size());
+    Places keys(places.size());
     std::transform(places.begin(), places.end(), keys.begin(), [](const Place& p) {
         return std::array{static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)};
     });
-    const std::vector<std::uint32_t> order = parallel::mortonOrder(keys);
+    std::vector<std::uint32_t> order;
+    if (areNearbyInOrder(keys)) {
+        order.resize(places.size());
+        std::iota(order.begin(), order.end(), 0U);
+    } else {
+        order = parallel::mortonOrder(keys);
+    }
     inQueryPieces(order.size(), [&](std::size_t begin, std::size_t end) {
         work(std::span<const std::uint32_t>(order).subspan(begin, end - begin));
     });
