@@ -35,10 +35,12 @@ std::optional<TriangleHit> hitTriangle(const Ray& ray, const MVector& a, const M
     const double param = (from * normal) / facing;
     const MVector along = ray.direction * param, point = ray.source + along;
     // Of a line nearly in the plane, rounding may put the point anywhere.
+    const auto isInBox = [&](double reach) {
+        return isInside(point.x, a.x, b.x, c.x, reach) && isInside(point.y, a.y, b.y, c.y, reach) &&
+               isInside(point.z, a.z, b.z, c.z, reach);
+    };
     const double rounding = 1e-14 * (sumOfSides(ray.source) + sumOfSides(along));
-    const double reach = tolerance * std::sqrt(std::max({aa, bb, cc})) + rounding;
-    if (!isInside(point.x, a.x, b.x, c.x, reach) || !isInside(point.y, a.y, b.y, c.y, reach) ||
-        !isInside(point.z, a.z, b.z, c.z, reach))
+    if (!isInBox(rounding) && !isInBox(tolerance * std::sqrt(std::max({aa, bb, cc})) + rounding))
         return std::nullopt;
     return TriangleHit{param, {wa / size, wb / size, wc / size}};
 }
