@@ -178,6 +178,32 @@ TEST_F(Deformers, ParticlesAreDeformedFromTheirPositions) {
     EXPECT_EQ(mel("listConnections dust") + mel("getAttr dust.deformedPosition"), "");
 }
 
+TEST_F(Deformers, GroupsOfSurfacesAndPeriodicCurves) {
+    run("nurbsPlane -ch 0 -ax 0 1 0 -n s; circle -ch 0 -n c; deformer -type lift s.cv[1:2][3] c.cv[6:9]");
+    EXPECT_EQ(mel("getAttr lift1GroupParts.ic"), "cv[1:2][3]");
+    int lifted = 0;
+    for (int u = 0; u < 4; ++u) {
+        for (int v = 0; v < 4; ++v) {
+            const std::string point = "s.cv[" + std::to_string(u) + "][" + std::to_string(v) + "]";
+            const mel::Value place = run("pointPosition -l " + point);
+            const bool isUp = (*place.asFloatArray())[1] > 0.5;
+            EXPECT_EQ(isUp, v == 3 && (u == 1 || u == 2)) << point;
+            lifted += isUp;
+        }
+    }
+    EXPECT_EQ(lifted, 2);
+    // CVs 8 to 10 of the circle repeat 0 to 2 and are not walked.
+    const auto rise = [&](int cv) {
+        const std::string point = ".cv[" + std::to_string(cv) + "]";
+        const mel::Value now = run("pointPosition -l c" + point),
+                         was = run("pointPosition -l cShapeOrig" + point);
+        return (*now.asFloatArray())[1] - (*was.asFloatArray())[1];
+    };
+    EXPECT_EQ(rise(0) + rise(1) + rise(5) + rise(8), 0);
+    EXPECT_NEAR(rise(6), 1, 1e-12);
+    EXPECT_NEAR(rise(7), 1, 1e-12);
+}
+
 TEST_F(Deformers, TweaksOfTheShapeGoInFront) {
     run("polyPlane -sx 1 -sy 1 -n p; move -r 1 0 0 p.vtx[0]; deformer -type lift p");
     EXPECT_EQ(mel("getAttr tweak1.vl[0].vt[0]"), "1 0 0");
