@@ -16,9 +16,10 @@ class GeometryData : public Data {
   public:
     /// From object space to the world; identity unless the geometry came from a plug in world space.
     const MMatrix& matrix() const { return matrix_; }
-    bool hasMatrix() const { return matrix_ != MMatrix::identity; }
+    bool hasMatrix() const { return hasMatrix_; }
     void setMatrix(const MMatrix& matrix) {
         matrix_ = matrix;
+        hasMatrix_ = matrix != MMatrix::identity;
         changed();
     }
 
@@ -37,13 +38,15 @@ class GeometryData : public Data {
     GeometryData() = default;
     /// For clones: everything but the counts and flags of the object itself.
     GeometryData(const GeometryData& other)
-        : Data(), matrix_(other.matrix_), groups_(other.groups_), transformed_(other.transformed_) {}
+        : Data(), matrix_(other.matrix_), hasMatrix_(other.hasMatrix_), groups_(other.groups_),
+          transformed_(other.transformed_) {}
     /// A new object with the matrix applied to the geometry alone.
     virtual Ref<GeometryData> applied(const MMatrix& matrix) const = 0;
     void changed() { transformed_ = nullptr; }
 
   private:
     MMatrix matrix_;
+    bool hasMatrix_ = false; ///< other than identity: point queries ask one by one
     ObjectGroups groups_;
     Ref<GeometryData> transformed_; ///< null until asked for
 };

@@ -23,11 +23,23 @@ double doubleArea(const UvPoint& a, const UvPoint& b, const UvPoint& c) {
 /// The weights of a triangle's corners at `p`; false when it lies outside or the triangle has no area.
 bool weightsInside(const UvTriangle& uv, const UvPoint& p, Weights& weights) {
     const double whole = doubleArea(uv[0], uv[1], uv[2]);
-    if (whole == 0.0) return false;
-    const double w0 = doubleArea(p, uv[1], uv[2]) / whole;
-    const double w1 = doubleArea(uv[0], p, uv[2]) / whole;
-    weights = {w0, w1, 1.0 - w0 - w1};
-    return w0 >= 0.0 && w1 >= 0.0 && weights[2] >= 0.0;
+    const double turn = std::copysign(1.0, whole), size = whole * turn;
+    const double a0 = doubleArea(p, uv[1], uv[2]) * turn, a1 = doubleArea(uv[0], p, uv[2]) * turn;
+    const double a2 = size - a0 - a1;
+    if (!(size > 0.0 && a0 >= 0.0 && a1 >= 0.0 && a2 >= 0.0)) return false;
+    const double share = 1.0 / size;
+    weights = {a0 * share, a1 * share, a2 * share};
+    return true;
+}
+
+/// The UVs of a triangle's corners; false when one is not mapped.
+bool readPlaces(const UvSet& set, const TriangleCorners& corners, UvTriangle& places) {
+    for (std::size_t k = 0; k < 3; ++k) {
+        const int id = set.ids[corners[k]];
+        if (id < 0) return false;
+        places[k] = {set.u[id], set.v[id]};
+    }
+    return true;
 }
 
 /// Weights of a triangle's corners at some place, and how far from the place asked for that is.
@@ -76,34 +88,28 @@ std::optional<Mesh::Uv> Mesh::uvOnTriangle(int set, int face, int triangle,
 std::optional<MPoint> Mesh::pointAtUv(int set, int face, Uv uv, double tolerance) const {
     const UvSet& uvs = uvSets_[set].read();
     if (uvs.ids.empty()) return std::nullopt;
+    const auto weighted = [this](const TriangleCorners& corners, const Weights& weights) {
+        const auto& vertices = topology_->faceVertices();
+        return MPoint(point(vertices[corners[0]]) * weights[0] + point(vertices[corners[1]]) * weights[1] +
+                      point(vertices[corners[2]]) * weights[2]);
+    };
     const UvPoint p{uv.u, uv.v};
     const TriangleCorners* const split = triangles().data() + triangleStart(face);
     const int count = triangleCount(face);
-    UvTriangle places{};
-    const auto readPlaces = [&](int triangle) {
-        for (std::size_t k = 0; k < 3; ++k) {
-            const int id = uvs.ids[split[triangle][k]];
-            if (id < 0) return false;
-            places[k] = {uvs.u[id], uvs.v[id]};
-        }
-        return true;
-    };
+    UvTriangle places;
+    Weights weights;
+    for (int t = 0; t < count; ++t) {
+        if (!readPlaces(uvs, split[t], places)) return std::nullopt;
+        if (weightsInside(places, p, weights)) return weighted(split[t], weights);
+    }
     UvHit hit;
-    for (int t = 0; t < count && hit.triangle < 0; ++t) {
-        if (!readPlaces(t)) return std::nullopt;
-        if (weightsInside(places, p, hit.weights)) hit.triangle = t;
+    for (int t = 0; t < count; ++t) {
+        (void)readPlaces(uvs, split[t], places);
+        approachSides(places, p, t, hit);
     }
-    if (hit.triangle < 0) {
-        for (int t = 0; t < count && readPlaces(t); ++t)
-            approachSides(places, p, t, hit);
-        const double reach = std::max(tolerance, uvRounding(p));
-        if (hit.triangle < 0 || !(hit.squaredDistance <= reach * reach)) return std::nullopt;
-    }
-    MVector sum;
-    const auto& vertices = topology_->faceVertices();
-    for (std::size_t k = 0; k < 3; ++k)
-        sum += point(vertices[split[hit.triangle][k]]) * hit.weights[k];
-    return MPoint(sum);
+    const double reach = std::max(tolerance, uvRounding(p));
+    if (hit.triangle < 0 || !(hit.squaredDistance <= reach * reach)) return std::nullopt;
+    return weighted(split[hit.triangle], hit.weights);
 }
 
 } // namespace vesk::geom

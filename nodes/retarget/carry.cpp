@@ -1,49 +1,60 @@
 #include "nodes/retarget/carry.h"
 
 #include <cmath>
-#include <optional>
 
 namespace vesk::nodes {
 
-TriangleFrame::TriangleFrame(const TriangleCorners& corners, const MVector& at)
-    : origin(at), x((corners[2] - corners[0]).normal()), y((corners[1] - corners[0]).normal()), z(x ^ y),
-      sine(z.length()) {
-    z.normalize();
-}
+namespace {
+
+/// The sides that x and y lie along, and across them z, none of unit length.
+struct Axes {
+    MVector x, y, z;
+    double xx, yy, zz; ///< squared lengths
+
+    explicit Axes(const TriangleCorners& corners)
+        : x(corners[2] - corners[0]), y(corners[1] - corners[0]), z(x ^ y), xx(x * x), yy(y * y), zz(z * z) {}
+    /// False for a triangle as good as on a line, whose z says nothing.
+    bool span() const { return zz > 1e-18 * (xx * yy); }
+};
+
+} // namespace
 
 MVector carried(const MVector& p, const TriangleFrame& from, const TriangleFrame& to) {
-    if (!from.hasArea() || !to.hasArea()) return p + (to.origin - from.origin);
-    // Co-ordinates by the inverse of the frame's matrix, whose determinant is the sine.
+    const Axes a(from.corners), b(to.corners);
     const MVector d = p - from.origin;
-    const double alongX = ((d ^ from.y) * from.z) / from.sine;
-    const double alongY = ((from.x ^ d) * from.z) / from.sine;
-    return to.origin + to.x * alongX + to.y * alongY + to.z * (d * from.z);
+    if (!a.span() || !b.span()) return to.origin + d;
+    // Co-ordinates by Cramer's rule. The lengths of the sides cancel out but for their ratios.
+    const double share = 1 / a.zz;
+    const double alongX = ((d ^ a.y) * a.z) * share * std::sqrt(a.xx / b.xx);
+    const double alongY = ((a.x ^ d) * a.z) * share * std::sqrt(a.yy / b.yy);
+    const double alongZ = (d * a.z) / std::sqrt(a.zz * b.zz);
+    return to.origin + b.x * alongX + b.y * alongY + b.z * alongZ;
 }
 
 namespace {
 
-/// The corners of a triangle; none when the reference lacks a vertex.
-std::optional<TriangleCorners> cornersOf(std::span<const float> reference, std::span<const int, 3> vertices) {
-    TriangleCorners corners;
+/// Reads the corners of a triangle; false when the reference lacks a vertex.
+bool readCorners(std::span<const float> reference, const int* vertices, TriangleCorners& corners) {
     for (std::size_t k = 0; k < 3; ++k) {
-        const auto at = 3 * static_cast<std::size_t>(vertices[k]);
-        if (vertices[k] < 0 || at + 2 >= reference.size()) return std::nullopt;
+        const std::size_t at = 3 * static_cast<std::size_t>(vertices[k]);
+        if (vertices[k] < 0 || at + 2 >= reference.size()) return false;
         corners[k] = MVector(&reference[at]);
     }
-    return corners;
+    return true;
 }
 
 void carryPoint(const Carriage& c, std::size_t k, const Origins& origins) {
     if (k >= c.points.size() || !c.binding.has(k)) return;
-    const auto vertices = c.binding.vertices.subspan(3 * k).first<3>();
-    const auto first = cornersOf(c.references[0], vertices), second = cornersOf(c.references[1], vertices);
-    if (!first || !second) return;
-    const MVector from = origins.known ? origins.first : (*first)[0];
-    const MVector to = origins.known ? origins.second : (*second)[0];
+    const int* vertices = &c.binding.vertices[3 * k];
+    TriangleFrame first, second;
+    if (!readCorners(c.references[0], vertices, first.corners)) return;
+    if (!readCorners(c.references[1], vertices, second.corners)) return;
+    first.origin = origins.known ? MVector(origins.first) : first.corners[0];
+    second.origin = origins.known ? MVector(origins.second) : second.corners[0];
     const MVector start(c.points[k]);
-    MVector moved = to * c.envelope;
+    MVector moved = second.origin * c.envelope;
     if (!c.snap) {
-        const MVector place = carried(start, TriangleFrame(*first, from), TriangleFrame(*second, to));
+        const MVector place = carried(start, first, second);
         moved = start * (1 - c.envelope) + place * c.envelope;
     }
     if (k < c.weights.size()) moved = start * (1 - c.weights[k]) + moved * c.weights[k];

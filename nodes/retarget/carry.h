@@ -16,12 +16,8 @@ using TriangleCorners = std::array<MVector, 3>;
 /// A frame on the triangle a b c: x from a to c, y from a to b, z at right angles to both, all of unit
 /// length. Between x and y stands the angle of the triangle, so that co-ordinates follow its shape.
 struct TriangleFrame {
-    TriangleFrame(const TriangleCorners& corners, const MVector& origin);
-    /// False for a triangle without area, whose z says nothing.
-    bool hasArea() const { return sine > 1e-9; }
-
-    MVector origin, x, y, z;
-    double sine; ///< of the angle between x and y
+    TriangleCorners corners;
+    MVector origin;
 };
 
 /// The point that has the co-ordinates in `to` that `p` has in `from`. Where one of the triangles has no
@@ -41,7 +37,7 @@ struct BindingView {
 
 /// Where bound points lie on the two references; not `known` where a reference has no such place.
 struct Origins {
-    MVector first, second;
+    MPoint first, second;
     bool known = false;
 };
 

@@ -185,9 +185,12 @@ class Evaluation {
 
     void carry(const BindingView& binding) {
         const InputArray weights(block_, Self::inWeightPP);
-        MIntArray chosen =
-            chosenBy(block_, {Self::useComponents, Self::inComponents, Self::groupId}, geometry_)
-                .ids(isMesh_ ? MFn::kMeshVertComponent : MFn::kCurveCVComponent, points_.length());
+        const PointSelection selection =
+            chosenBy(block_, {Self::useComponents, Self::inComponents, Self::groupId}, geometry_);
+        MIntArray chosen;
+        if (!selection.isEverything())
+            chosen =
+                selection.ids(isMesh_ ? MFn::kMeshVertComponent : MFn::kCurveCVComponent, points_.length());
         const double share = static_cast<double>(block_.inputValue(Self::envelope).asFloat());
         const Carriage carriage{.points = elements(points_),
                                 .chosen = elements(std::as_const(chosen)),
@@ -197,11 +200,13 @@ class Evaluation {
                                 .envelope = std::clamp(share, 0.0, 1.0),
                                 .snap = block_.inputValue(Self::snapToReferenceMesh).asBool()};
         inQueryPieces(carriage.count(), [&](std::size_t begin, std::size_t end) {
-            std::array<Origins, 256> origins;
+            std::array<Origins, 64> origins;
             for (; begin < end; begin += origins.size()) {
                 const std::size_t count = std::min(origins.size(), end - begin);
-                for (std::size_t i = 0; i < count; ++i)
-                    origins[i] = originsOf(binding, carriage.point(begin + i));
+                for (std::size_t i = 0; i < count; ++i) {
+                    const std::size_t point = carriage.point(begin + i);
+                    if (binding.has(point)) findOrigins(binding, point, origins[i]);
+                }
                 carryPoints(carriage, begin, std::span(origins).first(count));
             }
         });
@@ -212,21 +217,14 @@ class Evaluation {
         }
     }
 
-    Origins originsOf(const BindingView& binding, std::size_t point) const {
-        if (!binding.has(point)) return {};
+    void findOrigins(const BindingView& binding, std::size_t point, Origins& origins) const {
         const float2 uv = {static_cast<float>(binding.uvs[2 * point]),
                            static_cast<float>(binding.uvs[2 * point + 1])};
-        const auto at = [&](const Reference& reference, MVector& origin) {
-            MPoint found;
-            const bool isThere =
-                reference.mesh.getPointAtUV(binding.faces[point], found, uv, MSpace::kWorld,
-                                            reference.uvSet.orCurrent(), tolerance_) == MS::kSuccess;
-            origin = MVector(found);
-            return isThere;
+        const auto find = [&](const Reference& reference, MPoint& origin) {
+            return reference.mesh.getPointAtUV(binding.faces[point], origin, uv, MSpace::kWorld,
+                                               reference.uvSet.orCurrent(), tolerance_) == MS::kSuccess;
         };
-        Origins origins;
-        origins.known = at(first_, origins.first) && at(second_, origins.second);
-        return origins;
+        origins.known = find(first_, origins.first) && find(second_, origins.second);
     }
 
     retarget& node_;

@@ -20,15 +20,15 @@ using Ints = std::vector<int>;
 TEST(CarryPoints, KeepTheirPlaceInTheTrianglesFrame) {
     // From a right angle to one of 45 degrees: along a to c, along a to b, and below the triangle, as y is
     // before x.
-    const TriangleFrame from({MVector(0, 0, 0), MVector(2, 0, 0), MVector(0, 3, 0)}, {0.5, 0.5, 0});
-    const TriangleFrame to({MVector(0, 0, 0), MVector(5, 0, 0), MVector(3, 3, 0)}, {10, 0, 1});
+    const TriangleFrame from{{MVector(0, 0, 0), MVector(2, 0, 0), MVector(0, 3, 0)}, {0.5, 0.5, 0}};
+    const TriangleFrame to{{MVector(0, 0, 0), MVector(5, 0, 0), MVector(3, 3, 0)}, {10, 0, 1}};
     const double s = std::sqrt(0.5);
     const MVector p(1, 2, 2), expected(10 + 1.5 * s + 0.5, 1.5 * s, 3);
     EXPECT_TRUE(carried(p, from, to).isEquivalent(expected, 1e-12));
     EXPECT_TRUE(carried(p, to, to).isEquivalent(p, 1e-12));
     EXPECT_TRUE(carried(expected, to, from).isEquivalent(p, 1e-12));
     // Without area it goes as the origin does.
-    const TriangleFrame line({MVector(0.1, 0.2, 0.3), MVector(1, 2, 3), MVector(0.7, 1.4, 2.1)}, {1, 1, 1});
+    const TriangleFrame line{{MVector(0.1, 0.2, 0.3), MVector(1, 2, 3), MVector(0.7, 1.4, 2.1)}, {1, 1, 1}};
     EXPECT_EQ(carried(p, line, to), MVector(10, 1, 2));
     EXPECT_EQ(carried(p, to, line), MVector(-8, 3, 2));
 }
