@@ -1,6 +1,7 @@
 // Normals of faces, vertices and corners, and those set by hand.
 
 #include "host/geometry/mesh_cache.h"
+#include "parallel/loops.h"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +15,8 @@ namespace {
 
 using Normals = std::vector<MFloatVector>;
 
+constexpr std::size_t kGrain = 16384;
+
 MFloatVector unit(const MVector& v) {
     const double length = v.length();
     return length > 0.0 ? MFloatVector(v / length) : MFloatVector();
@@ -21,15 +24,19 @@ MFloatVector unit(const MVector& v) {
 
 Normals unitVectors(const std::vector<MVector>& sums) {
     Normals normals(sums.size());
-    for (std::size_t i = 0; i < sums.size(); ++i)
-        normals[i] = unit(sums[i]);
+    parallel::inPieces(sums.size(), kGrain, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i)
+            normals[i] = unit(sums[i]);
+    });
     return normals;
 }
 
 Normals makeFaceNormals(const Mesh& mesh) {
     Normals normals(static_cast<std::size_t>(mesh.faceCount()));
-    for (int f = 0; f < mesh.faceCount(); ++f)
-        normals[f] = unit(mesh.faceAreaVector(f));
+    parallel::inPieces(normals.size(), kGrain, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t f = begin; f < end; ++f)
+            normals[f] = unit(mesh.faceAreaVector(static_cast<int>(f)));
+    });
     return normals;
 }
 

@@ -40,6 +40,15 @@ Pair distances(const Place& a, const Place& b) {
     return squareRoots(x * x + y * y + z * z);
 }
 
+/// As `MVector::angle` has it, to the bit.
+inline double angleBetween(const Directions& d, std::size_t a, std::size_t b) {
+    const double sizes = d.lengths[a] * d.lengths[b];
+    if (!(sizes > 0)) return 0;
+    const double cosine = MVector(d.directions[a]) * MVector(d.directions[b]) / sizes;
+    if (cosine >= 1) return 0; // flat places need no function
+    return std::acos(std::max(cosine, -1.0));
+}
+
 /// Per vertex of a run the sum of the angles between its direction and those of its neighbours.
 std::vector<double> angleSums(std::span<const int> vertices, const Links& neighbors,
                               const Directions& directions) {
@@ -59,9 +68,9 @@ std::vector<double> angleSums(std::span<const int> vertices, const Links& neighb
                 known = static_cast<std::size_t>(std::find(others.begin(), others.end(), v) - others.begin());
                 known = known < others.size() ? neighbors.start[before] + known + 1 : 0;
             }
-            angles[k] = known > 0
-                            ? angles[known - 1]
-                            : directions.angle(static_cast<std::size_t>(v), static_cast<std::size_t>(j));
+            angles[k] = known > 0 ? angles[known - 1]
+                                  : angleBetween(directions, static_cast<std::size_t>(v),
+                                                 static_cast<std::size_t>(j));
             sum += angles[k];
         }
         sums[i] = sum;
@@ -92,12 +101,6 @@ Directions::Directions(std::span<const MFloatVector> d) : directions(d), lengths
         for (std::size_t i = begin; i < end; ++i)
             lengths[i] = MVector(directions[i]).length();
     });
-}
-
-double Directions::angle(std::size_t a, std::size_t b) const {
-    const double sizes = lengths[a] * lengths[b];
-    if (!(sizes > 0)) return 0;
-    return std::acos(std::clamp(MVector(directions[a]) * MVector(directions[b]) / sizes, -1.0, 1.0));
 }
 
 std::vector<double> angleTensions(const TensionRun& run, const Directions& normals,

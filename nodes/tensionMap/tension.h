@@ -28,9 +28,6 @@ std::vector<double> distanceTensions(const TensionRun& run, const float* points,
 /// Directions and their lengths, which every angle at them needs.
 struct Directions {
     explicit Directions(std::span<const MFloatVector> directions);
-    /// As `MVector::angle` has it, to the bit.
-    double angle(std::size_t a, std::size_t b) const;
-
     std::span<const MFloatVector> directions;
     std::vector<double> lengths;
 };
