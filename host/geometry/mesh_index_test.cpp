@@ -302,7 +302,7 @@ TEST(MeshIndex, CopiesShareItUntilPointsChange) {
 }
 
 TEST(MeshIndex, TheSameForAnyNumberOfThreads) {
-    const Mesh mesh = grid(40, 0.2F);
+    const Mesh mesh = grid(150, 0.2F); // of several pieces
     const int before = parallel::threads();
     std::vector<double> expected;
     for (const int threads : {1, 2, 5}) {
@@ -312,7 +312,7 @@ TEST(MeshIndex, TheSameForAnyNumberOfThreads) {
         std::vector<double> params(4000);
         parallel::inPieces(params.size(), 100, [&](std::size_t begin, std::size_t end) {
             for (std::size_t i = begin; i < end; ++i) {
-                const double x = static_cast<double>(i % 63) * 0.61, y = static_cast<double>(i / 63) * 0.6;
+                const double x = static_cast<double>(i % 63) * 2.41, y = static_cast<double>(i / 63) * 2.4;
                 const auto hit = fresh.index().firstHit({{{x, y, 5}, {0.3, 0.2, -1}}});
                 const auto nearest = fresh.index().closestPoint({x, y, 5});
                 params[i] = (hit ? hit->param : -1) + 100 * nearest->squaredDistance + nearest->face;
@@ -320,6 +320,11 @@ TEST(MeshIndex, TheSameForAnyNumberOfThreads) {
         });
         if (expected.empty()) expected = params;
         EXPECT_EQ(params, expected);
+        int hits = 0;
+        for (int i = 0; i < 10; ++i)
+            hits += expectAsPlain(fresh, {{{15.1 * i, 149.5 - 3 * i, 5}, {0.1, 0.02, -1}}});
+        hits += expectAsPlain(fresh, {{{150, 109, 5}, {0, 0, -1}}}); // where the first piece ends
+        EXPECT_GE(hits, 10);
     }
     parallel::setThreads(before);
 }

@@ -2,12 +2,12 @@
 
 #include "nodes/common/array_inputs.h"
 #include "nodes/common/attributes.h"
+#include "nodes/common/mesh_queries.h"
 #include "nodes/common/steps.h"
 #include "nodes/common/uv_sets.h"
 #include "nodes/pointsOnMeshInfo/meshSurface.h"
 
 #include <maya/MFnMesh.h>
-#include <maya/MMeshIntersector.h>
 
 #include <cmath>
 
@@ -74,21 +74,19 @@ struct Outputs {
 };
 
 void project(MObject& mesh, const MVectorArray& positions, const MString* set, bool averaged, Outputs& out) {
-    MMeshIntersector intersector;
-    if (!intersector.create(mesh)) return;
     const MFnMesh function(mesh);
     const MeshSurface surface(function, set);
-    MPointOnMesh found;
+    const std::vector<MPoint> points(elements(positions).begin(), elements(positions).end());
+    const auto nearest = nearestPoints(mesh, MMatrix::identity, points);
     for (unsigned i = 0; i < positions.length(); ++i) {
-        if (!intersector.getClosestPoint(MPoint(positions[i]), found)) {
+        const NearestPoint& found = nearest[i];
+        if (!found) {
             out.appendNowhere(positions[i]);
             continue;
         }
-        float u = 0, v = 0;
-        found.getBarycentricCoords(u, v);
-        const double first = static_cast<double>(u), second = static_cast<double>(v);
-        const Place place{found.faceIndex(), found.triangleIndex(), {first, second, 1 - first - second}};
-        out.append(MVector(found.getPoint()), averaged ? surface.normalAt(place) : MVector(found.getNormal()),
+        const double u = static_cast<double>(found.u), v = static_cast<double>(found.v);
+        const Place place{found.face, found.triangle, {u, v, 1 - u - v}};
+        out.append(MVector(found.point), averaged ? surface.normalAt(place) : MVector(found.normal),
                    surface.uvAt(place), place.face, place.triangle);
     }
 }
