@@ -177,7 +177,7 @@ void benchNearestPoints() {
         std::vector<float> distances;
         const double ours = best(5, [&] { nearest = nodes::nearestPoints(data, MMatrix(), points); });
         const double theirs = best(3, [&] { distances = bare.distances(points); });
-        report(what, ours, "the library's queries alone", theirs, 1.5);
+        report(what, ours, "the library's queries alone", theirs, 1);
         std::printf("  processor time of a thread: %.0f ms, the library's %.0f ms\n",
                     perThread(3, [&] { keep(nodes::nearestPoints(data, MMatrix(), points)); }),
                     perThread(2, [&] { keep(bare.distances(points)); }));

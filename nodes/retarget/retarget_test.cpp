@@ -184,6 +184,17 @@ TEST_F(Retarget, TheBindingStandsUntilItIsSetAgain) {
     expectNear(shown(), {1, 1, 1, 1, 1, -1, -1, 0, -1, -1, 0, 1});
 }
 
+TEST_F(Retarget, TheBindingIsSavedWithTheScene) {
+    buildSheets();
+    (void)shown();
+    const std::string file = (folder / "bound.ma").string();
+    run("file -rename \"" + file + "\"; file -save -type \"mayaAscii\"; file -f -new; file -o \"" + file +
+        "\"; setAttr d.translateX -2; setAttr b.translateY 1");
+    expectNear(shown(), {-1, 2, 0.5, -1.5, 3, -1, -3, 2, -0.5});
+    EXPECT_EQ(ints("r.cacheFaceIds"), (Ints{1, 3, 2}));
+    expectNear(floats("r.cacheUVs"), {0.75, 0.375, 0.625, 0.75, 0.25, 0.625});
+}
+
 TEST_F(Retarget, RaysRunInwardByDefault) {
     // Near the right wall, facing up.
     buildCubes("polyPlane -ch 0 -w 0.2 -h 0.2 -sx 1 -sy 1 -n d; setAttr d.translate 1.5 0 0");
