@@ -214,10 +214,10 @@ TEST_F(CommandLine, NodesListsTheTable) {
     EXPECT_EQ(std::count(all.out.begin(), all.out.end(), '\n'), 63);
     EXPECT_NE(all.out.find("pointAttributeToArray      0x115754  Vesk/converters    there\n"),
               std::string::npos);
-    EXPECT_NE(all.out.find("uvTension                  0x11579b  Vesk/generators    not written yet\n"),
+    EXPECT_NE(all.out.find("displayDriver              0x11576f  Vesk/display       not written yet\n"),
               std::string::npos);
     EXPECT_NE(vesk("nodes pointAttributeToArray").out.find("outSharedMapPP"), std::string::npos);
-    expectFailure("nodes uvTension", 1, "not written yet");
+    expectFailure("nodes displayDriver", 1, "not written yet");
     expectFailure("nodes nobody", 1, "no node type 'nobody'");
 }
 

@@ -1,11 +1,16 @@
 #include "nodes/peak/displacement.h"
 
+#include "parallel/loops.h"
+
 #include <algorithm>
 #include <cstring>
 
 namespace vesk::nodes {
 
 namespace {
+
+/// Smaller pieces cost more to hand to a thread than they take.
+constexpr std::size_t kGrain = 1 << 16;
 
 using Pair [[gnu::vector_size(16)]] = double;
 using SinglePair [[gnu::vector_size(8)]] = float;
@@ -59,8 +64,11 @@ void displace(std::span<const float> from, const Directions& directions, const D
               std::span<const char> chosen, std::span<float> to) {
     const std::size_t count = from.size() / 3;
     const std::size_t given = std::min(directions.own.size(), count);
-    displaceRun(from.data(), directions.own, by, chosen, 0, given, to.data());
-    displaceRun(from.data(), directions.normals, by, chosen, given, count, to.data());
+    parallel::inPieces(count, kGrain, [&](std::size_t begin, std::size_t end) {
+        const std::size_t middle = std::clamp(given, begin, end);
+        displaceRun(from.data(), directions.own, by, chosen, begin, middle, to.data());
+        displaceRun(from.data(), directions.normals, by, chosen, middle, end, to.data());
+    });
 }
 
 } // namespace vesk::nodes

@@ -32,8 +32,8 @@ struct Directions {
 };
 
 /// Moves points of single precision. `from` holds x, y, z of each, `to` gets x, y, z, 1. Points that `chosen`
-/// marks with 0 stay; when it is empty all move. Works in double precision, in one pass at the memory's pace:
-/// handing pieces to threads costs about what it gains.
+/// marks with 0 stay; when it is empty all move. Works in double precision, in one pass; many points on
+/// several threads, with the same result.
 void displace(std::span<const float> from, const Directions& directions, const Displacement& by,
               std::span<const char> chosen, std::span<float> to);
 

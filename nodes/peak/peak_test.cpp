@@ -1,4 +1,5 @@
 #include "nodes/peak/displacement.h"
+#include "parallel/loops.h"
 #include "tests/session_fixture.h"
 
 #include "host/data/mesh_data.h"
@@ -224,13 +225,14 @@ TEST_F(Peak, NormalsAreFoundOncePerInput) {
     EXPECT_NE(meshAt("peak1.og[0]")->geometry().vertexNormals().data(), normals);
 }
 
-TEST(Displacement, IsTheFormulaOfOnePointToTheBit) {
+TEST(Displacement, IsTheFormulaOfOnePointToTheBitOnAnyThreads) {
+    const int before = parallel::threads();
     std::mt19937 random(5);
     std::uniform_real_distribution<float> number(-2, 2);
-    const std::size_t count = 1003;
+    const std::size_t count = 140003; // more than two pieces
     std::vector<float> from(3 * count), painted(count);
     std::vector<MFloatVector> normals(count);
-    std::vector<MVector> own(401);
+    std::vector<MVector> own(70001);
     std::vector<double> weights(count);
     std::vector<char> chosen(count);
     for (float& x : from)
@@ -252,9 +254,13 @@ TEST(Displacement, IsTheFormulaOfOnePointToTheBit) {
             const MFloatVector point(at);
             std::copy_n(&point.x, 3, &plain[4 * i]);
         }
-        displace(from, {own, normals}, by, all ? std::span<const char>() : chosen, to);
-        EXPECT_EQ(to, plain);
+        for (const int threads : {1, 2, 5}) {
+            parallel::setThreads(threads);
+            displace(from, {own, normals}, by, all ? std::span<const char>() : chosen, to);
+            EXPECT_TRUE(to == plain) << threads << " threads";
+        }
     }
+    parallel::setThreads(before);
 }
 
 } // namespace
