@@ -17,9 +17,9 @@ namespace vesk::app {
 namespace {
 
 constexpr int kColumns = 8;
-constexpr double kCell = 96;       ///< pixels of the sheet
-constexpr double kLabel = 18;      ///< of them below each icon
-constexpr double kZoom = 2.4;      ///< sheet pixels a pixel of the viewport
+constexpr double kCell = 96;        ///< pixels of the sheet
+constexpr double kLabel = 18;       ///< of them below each icon
+constexpr double kZoom = 2.4;       ///< sheet pixels a pixel of the viewport
 constexpr double kSceneZoom = 1250; ///< sheet pixels a unit of a 3D element's points
 
 struct SheetPoint {

@@ -150,7 +150,8 @@ void NodeType::closeInfluences() const {
     }
     for (const Attribute* out : uninfluenced_)
         markComputed(*out);
-    // In another state a node answers otherwise, whatever its inputs: what it refused while blocked is asked for anew.
+    // In another state a node answers otherwise, whatever its inputs: what it refused while blocked is asked
+    // for anew.
     if (const Attribute* state = find("nodeState")) {
         auto& all = closure_[static_cast<std::size_t>(state->index)];
         const auto take = [&](const std::vector<Attribute*>& outs) {

@@ -376,8 +376,8 @@ void registerSettings(graph::TypeRegistry& types) {
                              "network"}) {
         addNode(types, name);
     }
-    for (const char* name : {"bump2d", "bump3d", "layeredShader", "layeredTexture", "animLayer",
-                             "pairBlend", "choice"}) {
+    for (const char* name :
+         {"bump2d", "bump3d", "layeredShader", "layeredTexture", "animLayer", "pairBlend", "choice"}) {
         addIdle<PlaceholderNode>(types, name, MFn::kDependencyNode, "node");
     }
 }

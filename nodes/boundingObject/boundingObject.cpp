@@ -195,8 +195,8 @@ void addSurface(Gathering& g) {
 std::vector<int> chosenParticles(const Gathering& g, std::size_t count) {
     std::vector<int> ids;
     if (g.block.inputValue(Self::inParticleUseComponents).asShort() == kInputComponentList) {
-        MIntArray chosen = particleIds(g.block.inputValue(Self::inParticleComponents).data(),
-                                        static_cast<unsigned>(count));
+        MIntArray chosen =
+            particleIds(g.block.inputValue(Self::inParticleComponents).data(), static_cast<unsigned>(count));
         ids.assign(elements(chosen).begin(), elements(chosen).end());
     } else {
         ids.resize(count);

@@ -45,7 +45,7 @@ std::vector<MPoint> places(std::size_t count) {
         all.emplace_back(std::fmod(turn * 0.37, 24) - 2, std::fmod(turn * 0.91, 24) - 2,
                          std::fmod(turn, 5) - 2);
     }
-    all[5].x = std::nan("");
+    all.at(5).x = std::nan("");
     return all;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 // The geometry of `group` as its stages see it: points, normals and neighbours, whatever came in.
 
-#include "nodes/group/elementSet.h"
 #include "nodes/common/mesh_links.h"
+#include "nodes/group/elementSet.h"
 
 #include <maya/MObject.h>
 #include <maya/MPlug.h>

@@ -3,8 +3,8 @@
 #include <maya/MPxNode.h>
 #include <maya/MTypeId.h>
 
-/// Geometry of which each point lags behind, or runs ahead, by a time of its own. Nothing is remembered between
-/// computes, so that any frame may be asked for first.
+/// Geometry of which each point lags behind, or runs ahead, by a time of its own. Nothing is remembered
+/// between computes, so that any frame may be asked for first.
 class timeOffset : public MPxNode {
   public:
     static MObject envelope;

@@ -2,8 +2,8 @@
 #include "host/geometry/mesh.h"
 
 #include <maya/MIntArray.h>
-#include <maya/MMatrix.h>
 #include <maya/MItMeshPolygon.h>
+#include <maya/MMatrix.h>
 #include <maya/MPointArray.h>
 #include <maya/MVector.h>
 
